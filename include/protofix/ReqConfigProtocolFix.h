@@ -1,0 +1,71 @@
+// The configuration protocol-fix request: converts one configuration section between the device's
+// table, the library's records and the F5 text of earlier-protocol devices.
+#ifndef PROTOFIX_REQCONFIGPROTOCOLFIX_H
+#define PROTOFIX_REQCONFIGPROTOCOLFIX_H
+
+#include <protofix/info.h>
+#include <protofix/records/alarm.h>
+#include <protofix/records/network.h>
+#include <protofix/request.h>
+
+#include <json/json.h>
+
+#include <string>
+
+class CReqConfigProtocolFix : public CRequest {
+public:
+    CReqConfigProtocolFix();
+    ~CReqConfigProtocolFix() override;
+
+    // Builds the section's table from info.input and wraps it in the request envelope
+    // {"channel":C,"id":N,"params":{"table":...},"result":bool}. The text is owned by the object
+    // and valid until the next Serialize or the object's end; len receives its byte length.
+    char* Serialize(int& len) override;
+    // Parses the bare table of a device reply into info.output. 1 converted, -1 the section
+    // refused, 0 the text is not JSON or no section has the name. len is not used.
+    int Deserialize(const char* text, int len) override;
+
+    // Copies the request information; its pointers are borrowed until the next conversion returns.
+    void SetRequestInfo(const PROTOCOL_FIX_INFO& info);
+
+    // Time sections: the normal form "1 00:00:00-23:59:59" (flag, begin, end) and the short form
+    // "08:30:00-17:00:00". The Parse converters answer true only when every value was read.
+    static bool ParseNormalTime(tagKZ_TSECT& sect, const char* text);
+    static int PacketNormalTime(const tagKZ_TSECT& sect, Json::Value& node);
+    static bool ParseNormalTimeEx(tagKZ_TSECT& sect, const char* text);
+    static int PacketNormalTimeEx(const tagKZ_TSECT& sect, Json::Value& node);
+    // The normal form with the flag as a record-type mask.
+    static bool ParseRecordTime(tagKZ_TSECT& sect, const char* text);
+    static int PacketRecordTime(const tagKZ_TSECT& sect, Json::Value& node);
+    // Day numbers between the two numbering schemes of the devices.
+    static int DateFix_2To3(int day);
+    static int DateFix_3To2(int day);
+
+    // The event linkage between its record, the table's "EventHandler" and the F5 "EventHandler".
+    // The four JSON operations answer -1 on every path.
+    static int Packet_EventHandler_Binary(Json::Value& handler, KZ_MSG_HANDLE_EX* rec);
+    static int Parse_EventHandler_Binary(Json::Value& handler, KZ_MSG_HANDLE_EX* rec);
+    static int Packet_EventHandler_F5(Json::Value& handler, const Json::Value& f5);
+    static int Parse_EventHandler_F5(const Json::Value& handler, Json::Value& f5);
+    // Between the 32-channel linkage record and the older 16-channel one (PTZ links not carried).
+    static void Binary_HandleExToHandle(const KZ_MSG_HANDLE_EX& from, KZ_MSG_HANDLE& to);
+    static void Binary_HandleToHandleEx(const KZ_MSG_HANDLE& from, KZ_MSG_HANDLE_EX& to);
+
+private:
+#define PROTOFIX_SECTION(name, suffix, record, modes) \
+    int Packet_##suffix(Json::Value& table);          \
+    int Parse_##suffix(Json::Value& table);
+#include <protofix/sections.def>
+
+    // The caller's records, typed; null when the caller gave none.
+    template <class Record>
+    const Record* InputRecord() const { return static_cast<const Record*>(m_info.input); }
+    template <class Record>
+    Record* OutputRecord() const { return static_cast<Record*>(m_info.output); }
+
+    std::string m_output;
+    unsigned long long m_spare[2];
+    PROTOCOL_FIX_INFO m_info;
+};
+
+#endif

@@ -1,0 +1,14 @@
+// Everything a caller of protofix needs.
+#ifndef PROTOFIX_PROTOFIX_H
+#define PROTOFIX_PROTOFIX_H
+
+#include <protofix/info.h>
+#include <protofix/records/alarm.h>
+#include <protofix/records/network.h>
+
+#ifdef __cplusplus
+#include <protofix/ReqConfigProtocolFix.h>
+#include <protofix/request.h>
+#endif
+
+#endif
