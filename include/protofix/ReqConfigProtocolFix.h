@@ -57,11 +57,19 @@ private:
     int Parse_##suffix(Json::Value& table);
 #include <protofix/sections.def>
 
+    // Runs the section that the info names: Packet_<X> when toTable, else Parse_<X>. 0 when no
+    // section has the name, -1 when the section does not accept the info's mode.
+    int Dispatch(Json::Value& table, bool toTable);
+
     // The caller's records, typed; null when the caller gave none.
     template <class Record>
-    const Record* InputRecord() const { return static_cast<const Record*>(m_info.input); }
+    Record* InputRecord() const { return static_cast<Record*>(m_info.input); }
     template <class Record>
     Record* OutputRecord() const { return static_cast<Record*>(m_info.output); }
+    // The caller's F5 texts: the input, and the output buffer of outputLength bytes.
+    const char* InputText() const { return static_cast<const char*>(m_info.input); }
+    char* OutputText() const { return static_cast<char*>(m_info.output); }
+    bool TextMode() const { return m_info.mode == PROTOFIX_MODE_TEXT; }
 
     std::string m_output;
     unsigned long long m_spare[2];

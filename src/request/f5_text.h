@@ -1,0 +1,35 @@
+// The round trip of the F5 text of earlier-protocol devices: parse the caller's text, let the
+// section read or edit the document, write it back with the compact writer.
+#ifndef PROTOFIX_REQUEST_F5_TEXT_H
+#define PROTOFIX_REQUEST_F5_TEXT_H
+
+#include <json/json.h>
+
+namespace protofix {
+
+// Serialize side: the caller's NUL-terminated F5 text. False for a null or unparsable text.
+bool ReadF5Text(const char* text, Json::Value& document);
+
+// Deserialize side: the F5 text in the caller's buffer of capacity bytes, read up to its NUL and
+// never past the capacity. False for a null buffer or an unparsable text.
+bool ReadF5Buffer(const char* buffer, int capacity, Json::Value& document);
+
+// Writes the document back into the buffer when the capacity holds the written text: at most
+// capacity - 1 characters are copied as strncpy copies them, so a text exactly as long as the
+// capacity loses its last character (the writer's closing newline). -1 when it does not fit, and
+// then the buffer is left as it was.
+int WriteF5Buffer(const Json::Value& document, char* buffer, int capacity);
+
+// The whole Deserialize side: read the buffer, let edit(document) merge the table into it, write
+// it back. -1 with the buffer unchanged when the text is missing, does not parse or does not fit.
+template <class Edit>
+int MergeIntoF5Buffer(char* buffer, int capacity, Edit&& edit) {
+    Json::Value document;
+    if (!ReadF5Buffer(buffer, capacity, document)) return -1;
+    edit(document);
+    return WriteF5Buffer(document, buffer, capacity);
+}
+
+}  // namespace protofix
+
+#endif

@@ -1,0 +1,92 @@
+// The field rules shared by every section: how a key of the table is tested, read into a record
+// field and written from one. Section code reads as a list of keys over these helpers.
+#ifndef PROTOFIX_REQUEST_FIELDS_H
+#define PROTOFIX_REQUEST_FIELDS_H
+
+#include <protofix/request.h>
+
+#include <json/json.h>
+
+#include <cstddef>
+#include <cstring>
+#include <string>
+#include <type_traits>
+
+namespace protofix {
+
+// ---- kind tests -------------------------------------------------------------------------------
+// The devices' tables were first defined against a JSON library in which a null value counted as
+// both an object and an array; these two tests keep that meaning.
+inline bool IsObjectOrNull(const Json::Value& v) { return v.isNull() || v.isObject(); }
+inline bool IsArrayOrNull(const Json::Value& v) { return v.isNull() || v.isArray(); }
+
+// A key is present when its value is not null.
+inline bool Present(const Json::Value& v) { return !v.isNull(); }
+
+// Case-insensitive equality of two NUL-terminated words.
+bool SameWord(const char* a, const char* b);
+inline bool SameWord(const std::string& a, const char* b) { return SameWord(a.c_str(), b); }
+
+// ---- narrowing --------------------------------------------------------------------------------
+// An integer into a field of another width keeps its low bits: through the unsigned type of the
+// field's width, so the conversion is defined for every value.
+template <class Field, class Value>
+Field Narrow(Value value) {
+    static_assert(std::is_integral_v<Field> && std::is_integral_v<Value>, "integer fields only");
+    using Unsigned = std::make_unsigned_t<Field>;
+    return static_cast<Field>(static_cast<Unsigned>(value));
+}
+
+// ---- record to table --------------------------------------------------------------------------
+// A flag is true exactly when the field holds 1.
+template <class Field>
+Json::Value Flag(Field field) { return Json::Value(field == 1); }
+
+// A signed JSON integer of any integer field (an unsigned 16-bit port is widened).
+template <class Field>
+Json::Value Int(Field field) { return Json::Value(static_cast<Json::Int>(field)); }
+
+inline Json::Value UInt(unsigned int field) { return Json::Value(static_cast<Json::UInt>(field)); }
+
+// A text field, read up to its first NUL and never past its width.
+template <std::size_t N>
+void PutText(Json::Value& node, const char (&field)[N]) {
+    packetStrToJsonNode(node, field, static_cast<int>(N));
+}
+
+// A text that the device reads up to its NUL with no width: the read stops at the end of the
+// record, so it gives the same text wherever it is within the record's bounds.
+std::string TextUpTo(const char* text, const void* recordEnd);
+
+template <class Record>
+const void* EndOf(const Record* record) { return record + 1; }
+
+// ---- table to record --------------------------------------------------------------------------
+// Presence-tested reads: a null value leaves the field as it was.
+template <class Field>
+void ReadInt(const Json::Value& v, Field& field) {
+    if (Present(v)) field = Narrow<Field>(v.asInt());
+}
+
+template <class Field>
+void ReadBool(const Json::Value& v, Field& field) {
+    if (Present(v)) field = v.asBool() ? 1 : 0;
+}
+
+// A text field is cleared over its whole width, then takes at most width - 1 bytes and a NUL.
+template <std::size_t N>
+void ReadText(const Json::Value& v, char (&field)[N]) {
+    if (!Present(v)) return;
+    std::memset(field, 0, N);
+    parseJsonNodeToStr(v, field, static_cast<int>(N));
+}
+
+// Sets or clears the bits of mask in flags.
+template <class Flags>
+void SetBits(Flags& flags, unsigned int mask, bool on) {
+    flags = on ? Narrow<Flags>(flags | mask) : Narrow<Flags>(flags & ~mask);
+}
+
+}  // namespace protofix
+
+#endif
