@@ -49,21 +49,28 @@ const std::vector<const Descriptor*>& AllDescriptors();
 const Descriptor* FindDescriptor(std::string_view recordName);
 
 // The named-field view: {"enable":1,"sensorType":0,"timeSections":[[{"enable":1,...}]]}.
-// Texts are strings bounded by their width; padding is left out, and so is a reserved stretch
-// whose bytes are all zero.
+// Integers are JSON integers (unsigned fields as UInt); texts are strings read up to the first NUL
+// and never past their width; arrays are arrays, nested by dimension; nested records are objects.
+// Padding is left out, and so is a reserved stretch whose bytes are all zero (otherwise it is an
+// array of its byte values).
 Json::Value ToJson(const Descriptor& descriptor, const void* record);
 
 // Writes the fields that the view names into the record; the others keep their bytes. False, with
 // the field's path and what is wrong in error, for an unknown field, a value of the wrong kind, a
-// number out of the field's range, a text longer than its field or an array longer than its shape.
+// number out of the field's range, a text longer than its field or holding a NUL byte, or an array
+// longer than its shape; the record is then unchanged. The path is "interfaces[1].name", or the
+// record's name when the view itself is not an object. A text may fill its whole width with no
+// NUL, as the record allows; a shorter one is followed by zero bytes to the end of its width. An
+// array shorter than its shape writes its leading elements and leaves the rest.
 bool FromJson(const Descriptor& descriptor, const Json::Value& view, void* record,
               std::string& error);
 
 // Size of a section's record as sections.def names it; 0 for the text-only sections (void).
+// Inline: an explicit specialization is otherwise one definition per translation unit.
 template <class Record>
-constexpr std::size_t kRecordSize = sizeof(Record);
+inline constexpr std::size_t kRecordSize = sizeof(Record);
 template <>
-constexpr std::size_t kRecordSize<void> = 0;
+inline constexpr std::size_t kRecordSize<void> = 0;
 
 }  // namespace protofix::describe
 
