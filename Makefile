@@ -17,7 +17,7 @@ build-asan: deps
 	cmake --build --preset asan
 
 demo: build
-	bash scripts/demo build/default/tools/protofix/protofix
+	bash scripts/demo build/default/protofix
 
 test-default: build
 	ctest --preset default

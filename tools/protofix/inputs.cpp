@@ -1,0 +1,154 @@
+#include "inputs.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace protofix::tool {
+namespace {
+
+// 1-based line and column (in bytes) of a byte offset into the text.
+void LineAndColumn(const std::string& text, std::size_t offset, std::size_t& line,
+                   std::size_t& column) {
+    line = 1;
+    column = 1;
+    const std::size_t end = offset < text.size() ? offset : text.size();
+    for (std::size_t i = 0; i < end; ++i) {
+        if (text[i] == '\n') {
+            ++line;
+            column = 1;
+        } else {
+            ++column;
+        }
+    }
+}
+
+std::string Location(const std::string& text, std::size_t offset) {
+    std::size_t line = 0;
+    std::size_t column = 0;
+    LineAndColumn(text, offset, line, column);
+    return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+int HexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+}  // namespace
+
+std::string DisplayName(const std::string& path) {
+    return path == kStandardInput ? std::string("<stdin>") : path;
+}
+
+bool ReadInput(const std::string& path, std::string& contents, Failure& failure) {
+    const bool standardInput = path == kStandardInput;
+    std::FILE* file = standardInput ? stdin : std::fopen(path.c_str(), "rb");
+    if (file == nullptr) {
+        failure = {kBadInput, DisplayName(path) + ": cannot open: " + std::strerror(errno)};
+        return false;
+    }
+    contents.clear();
+    char chunk[65536];
+    std::size_t got = 0;
+    while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) contents.append(chunk, got);
+    const bool readError = std::ferror(file) != 0;
+    const int readErrno = errno;
+    if (!standardInput) std::fclose(file);
+    if (readError) {
+        failure = {kBadInput, DisplayName(path) + ": cannot read: " + std::strerror(readErrno)};
+        return false;
+    }
+    return true;
+}
+
+bool ParseJsonText(const std::string& path, const std::string& text, Json::Value& value,
+                   Failure& failure) {
+    const std::size_t nul = text.find('\0');
+    if (nul != std::string::npos) {
+        failure = {kBadInput, DisplayName(path) + ": invalid JSON at " + Location(text, nul) +
+                                  ": a NUL byte inside the text"};
+        return false;
+    }
+    Json::Reader reader;
+    if (reader.parse(text, value, false)) return true;
+    const std::vector<Json::Reader::StructuredError> errors = reader.getStructuredErrors();
+    if (errors.empty()) {
+        failure = {kBadInput, DisplayName(path) + ": invalid JSON"};
+    } else {
+        const auto offset = static_cast<std::size_t>(errors.front().offset_start);
+        failure = {kBadInput, DisplayName(path) + ": invalid JSON at " + Location(text, offset) +
+                                  ": " + OneLine(errors.front().message)};
+    }
+    return false;
+}
+
+bool ParseHexRecord(const std::string& path, const std::string& text, std::size_t size,
+                    const char* recordName, std::vector<unsigned char>& bytes, Failure& failure) {
+    static constexpr const char* kSpace = " \t\r\n\v\f";
+    const Failure oddDigits{kBadInput, DisplayName(path) + ": hex record: an odd number of hex digits"};
+    bytes.clear();
+    int high = -1;  // the first digit of a pair, while the second is awaited
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (std::strchr(kSpace, c) != nullptr && c != '\0') {
+            if (high < 0) continue;
+            failure = text.find_first_not_of(kSpace, i) == std::string::npos
+                          ? oddDigits
+                          : Failure{kBadInput, DisplayName(path) +
+                                                   ": hex record: a byte split by white space at " +
+                                                   Location(text, i)};
+            return false;
+        }
+        const int digit = HexDigit(c);
+        if (digit < 0) {
+            failure = {kBadInput, DisplayName(path) + ": hex record: not a hex digit at " +
+                                      Location(text, i)};
+            return false;
+        }
+        if (high < 0) {
+            high = digit;
+        } else {
+            bytes.push_back(static_cast<unsigned char>(high * 16 + digit));
+            high = -1;
+        }
+    }
+    if (high >= 0) {
+        failure = oddDigits;
+        return false;
+    }
+    if (bytes.size() != size) {
+        failure = {kBadInput, DisplayName(path) + ": hex record holds " +
+                                  std::to_string(bytes.size()) + " bytes, " + recordName +
+                                  " has " + std::to_string(size)};
+        return false;
+    }
+    return true;
+}
+
+std::string FormatHex(const std::vector<unsigned char>& bytes) {
+    static constexpr char kDigits[] = "0123456789abcdef";
+    constexpr std::size_t kBytesPerLine = 32;
+    std::string text;
+    text.reserve(bytes.size() * 2 + bytes.size() / kBytesPerLine + 1);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 0xF];
+        if ((i + 1) % kBytesPerLine == 0 || i + 1 == bytes.size()) text += '\n';
+    }
+    return text;
+}
+
+std::string OneLine(std::string text) {
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r' || text.back() == ' ')) {
+        text.pop_back();
+    }
+    for (char& c : text) {
+        if (c == '\n' || c == '\r') c = ' ';
+    }
+    return text;
+}
+
+}  // namespace protofix::tool

@@ -1,0 +1,55 @@
+// Reading the tool's inputs: files or standard input, JSON texts checked with their location, and
+// records given as raw bytes in hex.
+#ifndef PROTOFIX_TOOL_INPUTS_H
+#define PROTOFIX_TOOL_INPUTS_H
+
+#include <json/json.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace protofix::tool {
+
+// Exit statuses of the tool.
+enum Status : int {
+    kConverted = 0,  // the section converted
+    kRefused = 1,    // the section refused, or no section has the name
+    kBadInput = 2,   // a usage or input error
+};
+
+// Why a step failed: the exit status and one line for standard error (no trailing newline).
+struct Failure {
+    Status status = kBadInput;
+    std::string message;
+};
+
+// "-" is standard input.
+constexpr const char* kStandardInput = "-";
+
+// How a path shows in messages: the path itself, or "<stdin>".
+std::string DisplayName(const std::string& path);
+
+// The whole file (or standard input for "-") as bytes.
+bool ReadInput(const std::string& path, std::string& contents, Failure& failure);
+
+// Parses a JSON text the way the library does (Json::Reader, comments not collected). A text that
+// does not parse fails with the line and column of the first error; so does a text holding a NUL
+// byte, which the library would take as the end of the text.
+bool ParseJsonText(const std::string& path, const std::string& text, Json::Value& value,
+                   Failure& failure);
+
+// Raw record bytes as hex digits, two per byte, whitespace anywhere between the pairs. The text
+// must hold exactly `size` bytes.
+bool ParseHexRecord(const std::string& path, const std::string& text, std::size_t size,
+                    const char* recordName, std::vector<unsigned char>& bytes, Failure& failure);
+
+// Lower-case hex digits, 32 bytes to a line, each line ended by a newline.
+std::string FormatHex(const std::vector<unsigned char>& bytes);
+
+// The message as one line: line breaks become spaces, trailing ones are dropped.
+std::string OneLine(std::string text);
+
+}  // namespace protofix::tool
+
+#endif
