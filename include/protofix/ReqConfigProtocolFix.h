@@ -22,7 +22,9 @@ public:
     // and valid until the next Serialize or the object's end; len receives its byte length.
     char* Serialize(int& len) override;
     // Parses the bare table of a device reply into info.output. 1 converted, -1 the section
-    // refused, 0 the text is not JSON or no section has the name. len is not used.
+    // refused, 0 the text is not JSON or no section has the name. len is not used. In text mode
+    // the merged F5 text is copied back as strncpy copies outputLength - 1 characters: when it is
+    // that long or one longer, the buffer holds no NUL, so read it back bounded by outputLength.
     int Deserialize(const char* text, int len) override;
 
     // Copies the request information; its pointers are borrowed until the next conversion returns.

@@ -3,8 +3,11 @@
 
 #include <protofix/ReqConfigProtocolFix.h>
 
+#include <cerrno>
+#include <climits>
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -15,17 +18,26 @@ constexpr const char kShortForm[] = "%02d:%02d:%02d-%02d:%02d:%02d";
 // The device's texts are formatted into a cleared 128-byte buffer, at most 127 characters.
 constexpr std::size_t kTextBuffer = 128;
 
+// The first value of the normal form has no width: one that an int cannot hold fails the whole
+// text before the scan, which would otherwise overflow.
+bool LeadingNumberFits(const char* text) {
+    errno = 0;
+    char* end = nullptr;
+    const long long value = std::strtoll(text, &end, 10);
+    return end == text || (errno == 0 && value >= INT_MIN && value <= INT_MAX);
+}
+
 // Scans the normal form with its first value into flag and the span into the record: the values
 // converted before a failure stay written. True only when all seven were converted.
 bool ScanNormal(const char* text, int& flag, tagKZ_TSECT& sect) {
-    if (text == nullptr) return false;
+    if (text == nullptr || !LeadingNumberFits(text)) return false;
     return std::sscanf(text, kNormalForm, &flag, &sect.beginHour, &sect.beginMinute,
                        &sect.beginSecond, &sect.endHour, &sect.endMinute, &sect.endSecond) == 7;
 }
 
 void WriteNormal(int flag, const tagKZ_TSECT& sect, Json::Value& node) {
     char text[kTextBuffer] = {};
-    std::snprintf(text, sizeof text, kNormalForm, flag, sect.beginHour, sect.beginMinute,
+    protofix::_snprintf(text, sizeof text, kNormalForm, flag, sect.beginHour, sect.beginMinute,
                   sect.beginSecond, sect.endHour, sect.endMinute, sect.endSecond);
     node = Json::Value(text);
 }
@@ -57,7 +69,7 @@ bool CReqConfigProtocolFix::ParseNormalTimeEx(tagKZ_TSECT& sect, const char* tex
 
 int CReqConfigProtocolFix::PacketNormalTimeEx(const tagKZ_TSECT& sect, Json::Value& node) {
     char text[kTextBuffer] = {};
-    std::snprintf(text, sizeof text, kShortForm, sect.beginHour, sect.beginMinute,
+    protofix::_snprintf(text, sizeof text, kShortForm, sect.beginHour, sect.beginMinute,
                   sect.beginSecond, sect.endHour, sect.endMinute, sect.endSecond);
     node = Json::Value(text);
     return 1;

@@ -8,6 +8,7 @@
 #include <json/json.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <type_traits>
@@ -23,8 +24,18 @@ inline bool IsArrayOrNull(const Json::Value& v) { return v.isNull() || v.isArray
 // A key is present when its value is not null.
 inline bool Present(const Json::Value& v) { return !v.isNull(); }
 
-// Case-insensitive equality of two NUL-terminated words.
-bool SameWord(const char* a, const char* b);
+// The platform's comparison without regard to case (ASCII letters, whatever the locale): 0 when
+// equal, else the sign of the first difference.
+int _stricmp(const char* a, const char* b);
+
+// The platform's bounded formatting: at most size - 1 characters and a NUL.
+template <class... Args>
+int _snprintf(char* buffer, std::size_t size, const char* format, Args... args) {
+    return std::snprintf(buffer, size, format, args...);
+}
+
+// Equality of two words without regard to case, as the device compares names and words.
+inline bool SameWord(const char* a, const char* b) { return _stricmp(a, b) == 0; }
 inline bool SameWord(const std::string& a, const char* b) { return SameWord(a.c_str(), b); }
 
 // ---- narrowing --------------------------------------------------------------------------------

@@ -4,7 +4,6 @@
 
 #include <protofix/request.h>
 
-#include <cctype>
 #include <cstring>
 #include <string>
 
@@ -38,12 +37,20 @@ void CopyTerminated(const std::string& text, char* buf, int size, bool wholeChar
 
 namespace protofix {
 
-bool SameWord(const char* a, const char* b) {
+namespace {
+
+int FoldAscii(char c) {
+    const auto u = static_cast<unsigned char>(c);
+    return (u >= 'A' && u <= 'Z') ? u - 'A' + 'a' : u;
+}
+
+}  // namespace
+
+int _stricmp(const char* a, const char* b) {
     for (;; ++a, ++b) {
-        const int ca = std::tolower(static_cast<unsigned char>(*a));
-        const int cb = std::tolower(static_cast<unsigned char>(*b));
-        if (ca != cb) return false;
-        if (ca == 0) return true;
+        const int ca = FoldAscii(*a);
+        const int cb = FoldAscii(*b);
+        if (ca != cb || ca == 0) return ca - cb;
     }
 }
 
@@ -76,8 +83,8 @@ void SetJsonString(Json::Value& node, const char* text, bool /*convert: UTF-8 bo
 
 std::string ConvertUtf8ToAnsi(const std::string& text) { return text; }
 
+// The node's text by the JSON library's own conversion (a number gives its digits).
 void CRequest::parseUtf8JasonToAssic(Json::Value& node, char* buf, int size) {
-    if (!node.isString()) return;
     CopyTerminated(ConvertUtf8ToAnsi(node.asString()), buf, size, true);
 }
 

@@ -94,7 +94,7 @@ TEST(AlarmRecordParse, EnableAndTimeSections) {
     cfg->timeSections[2][0] = {9, 9, 9, 9, 9, 9, 9};
     ASSERT_EQ(Parse("NetAlarm", R"({"Enable":true,"EventHandler":{"TimeSection":[
         ["1 00:00:00-24:00:00", 5, "0 8:5:0-17:0:0"],
-        [],
+        ["99999999999 00:00:00-01:00:00"],
         ["1 06:30:00"]]}})", cfg.get()), 1);
     EXPECT_EQ(cfg->enable, 1);
     const tagKZ_TSECT full = {1, 0, 0, 0, 24, 0, 0};
@@ -105,6 +105,8 @@ TEST(AlarmRecordParse, EnableAndTimeSections) {
     EXPECT_TRUE(support::SameBytes(cfg->timeSections[0][1], untouched));
     EXPECT_TRUE(support::SameBytes(cfg->timeSections[0][2], loose));
     EXPECT_TRUE(support::SameBytes(cfg->timeSections[2][0], partial));
+    const tagKZ_TSECT zero = {};  // a flag too large for an int fails the whole text
+    EXPECT_TRUE(support::SameBytes(cfg->timeSections[1][0], zero));
 
     ASSERT_EQ(Parse("NetAlarm", R"({"Enable":false})", cfg.get()), 1);
     EXPECT_EQ(cfg->enable, 0);

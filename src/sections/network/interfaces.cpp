@@ -233,8 +233,8 @@ void ParseIPv6Servers(const Json::Value& nic, KZDEV_IPV6_CFG& cfg) {
     const Json::Value& servers = nic["DnsServers"];
     if (!nic["DnsServerEnable"].asBool() || !Present(servers)) return;
     if (!servers.isArray() || servers.size() > 2) return;
-    parseJsonNodeToStr(servers[0], cfg.preferredDns, sizeof cfg.preferredDns);
-    parseJsonNodeToStr(servers[1], cfg.alternateDns, sizeof cfg.alternateDns);
+    ReadText(servers[0], cfg.preferredDns);
+    ReadText(servers[1], cfg.alternateDns);
 }
 
 }  // namespace
