@@ -214,13 +214,17 @@ TEST(AlarmTextParse, TableMergesIntoTheSectionMember) {
 }
 
 TEST(AlarmTextParse, EventHandlerMergesThroughTheLinkage) {
-    F5Buffer buffer(R"({"Alarm":{"EventHandler":{"RecordEn":0,"Record":[{"En":1},{"En":0},{"En":0}]}}})",
+    F5Buffer buffer(R"({"Alarm":{"EventHandler":{"RecordEn":0,"Record":[{"En":1},{"En":0},{"En":0}],)"
+                    R"("TourEn":1,"Tour":[{"En":1}]}}})",
                     1024);
     ASSERT_EQ(buffer.Merge("Alarm", R"({"EventHandler":{"RecordEnable":true,"RecordChannels":[2,9]}})"),
               1);
     const Json::Value handler = ParseJson(buffer.Text())["Alarm"]["EventHandler"];
     EXPECT_EQ(handler["RecordEn"], 1);
     EXPECT_EQ(handler["Record"], ParseJson(R"([{"En":0},{"En":0},{"En":1}])"));
+    // A table without "MonitorTour" counts as having one with nothing on: the tour is cleared.
+    EXPECT_EQ(handler["TourEn"], 0);
+    EXPECT_EQ(handler["Tour"], ParseJson(R"([{"En":0}])"));
 }
 
 // The rewritten text is copied when the capacity holds it, as strncpy copies at most
