@@ -68,10 +68,6 @@ private:
     Record* InputRecord() const { return static_cast<Record*>(m_info.input); }
     template <class Record>
     Record* OutputRecord() const { return static_cast<Record*>(m_info.output); }
-    // The caller's F5 texts: the input, and the output buffer of outputLength bytes.
-    const char* InputText() const { return static_cast<const char*>(m_info.input); }
-    char* OutputText() const { return static_cast<char*>(m_info.output); }
-    bool TextMode() const { return m_info.mode == PROTOFIX_MODE_TEXT; }
 
     std::string m_output;
     unsigned long long m_spare[2];

@@ -98,30 +98,28 @@ void MergeText(const AlarmInput& input, const Json::Value& table, Json::Value& d
     }
 }
 
+// The request's buffers hold the section's record in record mode and the device's F5 text in
+// text mode (the dispatch has refused every other mode).
+int PacketAlarmInput(const AlarmInput& input, const PROTOCOL_FIX_INFO& info, Json::Value& table) {
+    if (info.mode == PROTOFIX_MODE_TEXT) {
+        return PacketText(input, static_cast<const char*>(info.input), table);
+    }
+    return PacketRecord(input, static_cast<KZDEV_ALARMIN_CFG*>(info.input), table);
+}
+
+int ParseAlarmInput(const AlarmInput& input, const PROTOCOL_FIX_INFO& info, Json::Value& table) {
+    if (info.mode == PROTOFIX_MODE_TEXT) {
+        return MergeIntoF5Buffer(static_cast<char*>(info.output), info.outputLength,
+                                 [&](Json::Value& document) { MergeText(input, table, document); });
+    }
+    return ParseRecord(input, table, static_cast<KZDEV_ALARMIN_CFG*>(info.output));
+}
+
 }  // namespace
 
-int CReqConfigProtocolFix::Packet_Alarm(Json::Value& table) {
-    return TextMode() ? PacketText(kAlarm, InputText(), table)
-                      : PacketRecord(kAlarm, InputRecord<KZDEV_ALARMIN_CFG>(), table);
-}
-
-int CReqConfigProtocolFix::Parse_Alarm(Json::Value& table) {
-    if (TextMode()) {
-        return MergeIntoF5Buffer(OutputText(), m_info.outputLength,
-                                 [&](Json::Value& document) { MergeText(kAlarm, table, document); });
-    }
-    return ParseRecord(kAlarm, table, OutputRecord<KZDEV_ALARMIN_CFG>());
-}
-
+int CReqConfigProtocolFix::Packet_Alarm(Json::Value& table) { return PacketAlarmInput(kAlarm, m_info, table); }
+int CReqConfigProtocolFix::Parse_Alarm(Json::Value& table) { return ParseAlarmInput(kAlarm, m_info, table); }
 int CReqConfigProtocolFix::Packet_NetAlarm(Json::Value& table) {
-    return TextMode() ? PacketText(kNetAlarm, InputText(), table)
-                      : PacketRecord(kNetAlarm, InputRecord<KZDEV_ALARMIN_CFG>(), table);
+    return PacketAlarmInput(kNetAlarm, m_info, table);
 }
-
-int CReqConfigProtocolFix::Parse_NetAlarm(Json::Value& table) {
-    if (TextMode()) {
-        return MergeIntoF5Buffer(OutputText(), m_info.outputLength,
-                                 [&](Json::Value& document) { MergeText(kNetAlarm, table, document); });
-    }
-    return ParseRecord(kNetAlarm, table, OutputRecord<KZDEV_ALARMIN_CFG>());
-}
+int CReqConfigProtocolFix::Parse_NetAlarm(Json::Value& table) { return ParseAlarmInput(kNetAlarm, m_info, table); }
