@@ -181,7 +181,7 @@ void PutF5PtzLinks(const Json::Value& f5List, Json::Value& handler) {
             return;
         }
         const Json::Value& value = Key(element, "Value");
-        if (value.isInt()) entry[1] = value;
+        if (value.isInt()) entry[1] = protofix::Int(value.asInt());
         entry[2] = protofix::Int(0);
         entry[3] = protofix::Int(0);
         entry[4] = protofix::UInt(i);
@@ -227,7 +227,8 @@ void PutF5Channels(const Json::Value& channels, Json::Value& f5, const char* key
 void ResetF5PtzLinks(const Json::Value& handler, Json::Value& f5) {
     Json::Value* list = F5Array(f5, "PtzLink");
     const Json::ArrayIndex passes = LengthOf(list);
-    const Json::ArrayIndex index = handler["AlarmOutChannels"].size();
+    const Json::Value& alarmOut = handler["AlarmOutChannels"];
+    const Json::ArrayIndex index = alarmOut.isArray() ? alarmOut.size() : 0;
     for (Json::ArrayIndex pass = 0; pass < passes; ++pass) {
         SetInElement((*list)[index], "Type", Json::Value(kPtzTypes[KZ_PTZ_LINK_NONE]));
         SetInElement((*list)[index], "Value", protofix::Int(0));
