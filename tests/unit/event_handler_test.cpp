@@ -138,7 +138,7 @@ TEST(EventHandlerF5Packet, ConvertsTheF5ObjectKeyByKey) {
     const Json::Value handler = F5Packet(R"({"TimeSection":[["1 00:00:00-24:00:00"]],
         "RecordEn":1,"Record":[{"En":1},{"En":0},{"En":1}],"RecordLatch":10,
         "AlarmOutEn":2,"AlarmOut":[],"AlarmOutLatch":5,
-        "PtzLinkEn":1,"PtzLink":[{"Type":"Preset","Value":3},{"Type":"None","Value":4},{"Type":5},
+        "PtzLinkEn":1,"PtzLink":[{"Type":"Preset","Value":3.0},{"Type":"None","Value":4},{"Type":5},
                                  {"Type":"Tour","Value":"x"}],
         "SnapshotEn":1,"Snapshot":[{"En":0},{"En":1}],"SnapshotPeriod":3,"SnapshotTimes":2,
         "TipEn":1,"MailEn":0,"MessageToNetEn":1,"BeepEn":1,"VoiceEn":0,"LogEn":1,"MMSEn":1,
