@@ -33,6 +33,20 @@ Failure NoTextMode(const std::string& f5Path, const Section& section) {
                           " does not accept F5 text (it converts records only)"};
 }
 
+// The refusal that a section's accepted modes explain, if they explain it.
+bool ModeRefusal(const Options& options, const Section& section, Failure& failure) {
+    const bool textMode = !options.f5.empty();
+    if (textMode && !section.AcceptsText()) {
+        failure = NoTextMode(options.f5, section);
+        return true;
+    }
+    if (!textMode && (!section.HasRecord() || !section.AcceptsRecord())) {
+        failure = NoRecordMode(section);
+        return true;
+    }
+    return false;
+}
+
 Failure WrongKind(const std::string& path, const char* section, const Json::Exception& e) {
     return {kBadInput, DisplayName(path) + ": a value of the wrong JSON kind for section " +
                            section + ": " + OneLine(e.what())};
@@ -206,10 +220,8 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure) {
 
     if (section == nullptr) {
         failure = UnknownSection(options.section);
-    } else if (textMode && !section->AcceptsText()) {
-        failure = NoTextMode(options.f5, *section);
-    } else if (!textMode && (!section->HasRecord() || !section->AcceptsRecord())) {
-        failure = NoRecordMode(*section);
+    } else if (ModeRefusal(options, *section, failure)) {
+        // failure says which mode the section does not accept
     } else if (textMode) {
         failure = {kRefused, DisplayName(options.f5) + ": section " + section->name +
                                  " refused the F5 text"};
@@ -288,7 +300,8 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure) 
 
     if (result == 1) {
         if (textMode) {
-            const std::string merged(buffer.data());
+            // The capacity rule may leave no NUL in the buffer: read it bounded by its size.
+            const std::string merged(buffer.data(), strnlen(buffer.data(), buffer.size()));
             out << merged;
             if (merged.empty() || merged.back() != '\n') out << '\n';
         } else {
@@ -300,10 +313,8 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure) 
         failure = {kRefused, DisplayName(options.input) + ": no section of the library took the "
                                                           "table for " +
                                  section->name};
-    } else if (textMode && !section->AcceptsText()) {
-        failure = NoTextMode(options.f5, *section);
-    } else if (!textMode && (!section->HasRecord() || !section->AcceptsRecord())) {
-        failure = NoRecordMode(*section);
+    } else if (ModeRefusal(options, *section, failure)) {
+        // failure says which mode the section does not accept
     } else if (textMode) {
         failure = DiagnoseTextRefusal(options, *section, info, oldText, tableText);
     } else {
