@@ -5,7 +5,11 @@
 
 #include <protofix/info.h>
 #include <protofix/records/alarm.h>
+#include <protofix/records/device.h>
+#include <protofix/records/media.h>
 #include <protofix/records/network.h>
+#include <protofix/records/overlay.h>
+#include <protofix/records/storage.h>
 #include <protofix/request.h>
 
 #include <json/json.h>

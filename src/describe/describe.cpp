@@ -2,6 +2,7 @@
 #include "describe/describe.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -48,6 +49,14 @@ Json::Value ElementToJson(const Field& field, const unsigned char* at) {
             return Json::Value(static_cast<Json::UInt>(Load<std::uint16_t>(at)));
         case Kind::UInt32:
             return Json::Value(static_cast<Json::UInt>(Load<std::uint32_t>(at)));
+        case Kind::Int64:
+            return Json::Value(static_cast<Json::Int64>(Load<std::int64_t>(at)));
+        case Kind::UInt64:
+            return Json::Value(static_cast<Json::UInt64>(Load<std::uint64_t>(at)));
+        case Kind::Float:
+            return Json::Value(static_cast<double>(Load<float>(at)));
+        case Kind::Double:
+            return Json::Value(Load<double>(at));
         case Kind::Text: {
             // Up to the first NUL, and never past the width: a full field has no NUL.
             const char* text = reinterpret_cast<const char*>(at);
@@ -80,12 +89,13 @@ bool Fail(std::string& error, const std::string& where, const std::string& what)
 
 struct Range {
     std::int64_t min;
-    std::int64_t max;
+    std::uint64_t max;
 };
 
 template <class T>
 constexpr Range RangeOf() {
-    return {std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
+    return {static_cast<std::int64_t>(std::numeric_limits<T>::min()),
+            static_cast<std::uint64_t>(std::numeric_limits<T>::max())};
 }
 
 Range IntegerRange(Kind kind) {
@@ -95,6 +105,8 @@ Range IntegerRange(Kind kind) {
         case Kind::Int32: return RangeOf<std::int32_t>();
         case Kind::UInt16: return RangeOf<std::uint16_t>();
         case Kind::UInt32: return RangeOf<std::uint32_t>();
+        case Kind::Int64: return RangeOf<std::int64_t>();
+        case Kind::UInt64: return RangeOf<std::uint64_t>();
         default: return RangeOf<std::uint8_t>();  // UInt8 and the bytes of a reserved stretch
     }
 }
@@ -106,24 +118,45 @@ bool WriteInteger(Kind kind, const Json::Value& value, unsigned char* at, const 
         return Fail(error, path, "expected an integer");
     }
     const Range range = IntegerRange(kind);
-    const bool inRange = value.type() == Json::uintValue
-                             ? value.asUInt64() <= static_cast<std::uint64_t>(range.max)
-                             : value.asInt64() >= range.min && value.asInt64() <= range.max;
+    const bool inRange =
+        value.type() == Json::uintValue
+            ? value.asUInt64() <= range.max
+            : value.asInt64() >= range.min &&
+                  (value.asInt64() < 0 || static_cast<std::uint64_t>(value.asInt64()) <= range.max);
     if (!inRange) {
         return Fail(error, path,
                     value.asString() + " out of range " + std::to_string(range.min) + ".." +
                         std::to_string(range.max));
     }
-    const std::int64_t number = value.type() == Json::uintValue
-                                    ? static_cast<std::int64_t>(value.asUInt64())
-                                    : value.asInt64();
+    // Two's complement bits of the value: each store below keeps the low bits of its width.
+    const std::uint64_t number = value.type() == Json::uintValue
+                                     ? value.asUInt64()
+                                     : static_cast<std::uint64_t>(value.asInt64());
     switch (kind) {
         case Kind::Int8: Store(at, static_cast<std::int8_t>(number)); break;
         case Kind::Int16: Store(at, static_cast<std::int16_t>(number)); break;
         case Kind::Int32: Store(at, static_cast<std::int32_t>(number)); break;
         case Kind::UInt16: Store(at, static_cast<std::uint16_t>(number)); break;
         case Kind::UInt32: Store(at, static_cast<std::uint32_t>(number)); break;
+        case Kind::Int64: Store(at, static_cast<std::int64_t>(number)); break;
+        case Kind::UInt64: Store(at, number); break;
         default: Store(at, static_cast<std::uint8_t>(number)); break;
+    }
+    return true;
+}
+
+// A real number (an integer is taken as one); a float keeps the nearest single-precision value.
+bool WriteReal(Kind kind, const Json::Value& value, unsigned char* at, const std::string& path,
+               std::string& error) {
+    if (!value.isNumeric() || value.isBool()) return Fail(error, path, "expected a number");
+    const double number = value.asDouble();
+    if (kind == Kind::Float) {
+        if (std::isfinite(number) && std::fabs(number) > std::numeric_limits<float>::max()) {
+            return Fail(error, path, value.asString() + " out of the range of a float");
+        }
+        Store(at, static_cast<float>(number));
+    } else {
+        Store(at, number);
     }
     return true;
 }
@@ -174,6 +207,8 @@ bool WriteField(const Field& field, const Json::Value& value, unsigned char* at,
     switch (field.kind) {
         case Kind::Text: return WriteText(field, value, at, path, error);
         case Kind::Record: return WriteRecord(*field.record, value, at, path, error);
+        case Kind::Float:
+        case Kind::Double: return WriteReal(field.kind, value, at, path, error);
         default: return WriteInteger(field.kind, value, at, path, error);
     }
 }

@@ -20,6 +20,10 @@ enum class Kind {
     UInt16,
     Int32,
     UInt32,
+    Int64,
+    UInt64,
+    Float,     // IEEE single precision
+    Double,    // IEEE double precision
     Text,      // a fixed char array: one element is the whole width
     Reserved,  // a reserved stretch of the record (named field of unsigned char)
     Padding,   // bytes the compiler inserts; unnamed in the record
@@ -49,7 +53,7 @@ const std::vector<const Descriptor*>& AllDescriptors();
 const Descriptor* FindDescriptor(std::string_view recordName);
 
 // The named-field view: {"enable":1,"sensorType":0,"timeSections":[[{"enable":1,...}]]}.
-// Integers are JSON integers (unsigned fields as UInt); texts are strings read up to the first NUL
+// Integers are JSON integers (unsigned fields as UInt); floating-point fields are JSON reals; texts are strings read up to the first NUL
 // and never past their width; arrays are arrays, nested by dimension; nested records are objects.
 // Padding is left out, and so is a reserved stretch whose bytes are all zero (otherwise it is an
 // array of its byte values).

@@ -8,17 +8,22 @@
 //                     PROTOFIX_FIELD(value))
 //
 // A field's offset comes from offsetof, and its kind and array shape from the member's type:
-// int / short / char of either signedness -> Int32 ... UInt8 (an enum: its underlying type);
+// long long / int / short / char of either signedness -> Int64 ... UInt8 (an enum: its underlying
+// type); float -> Float, double -> Double;
 // char arrays -> Text (the last dimension is the width of one text); unsigned char fields named
 // reserved* -> Reserved, one stretch of bytes; a nested struct -> Record, described by its own
 // block, which must come earlier in this file. Bytes that the compiler inserts are listed where
 // they fall, with PROTOFIX_PAD(bytes): they are never computed from the gaps, so that the
-// coverage test fails when a field is forgotten. A member of any other type (pointer, long long,
-// floating point, union) stops the build.
+// coverage test fails when a field is forgotten. A member of any other type (pointer, union)
+// stops the build.
 #include "describe/describe.h"
 
 #include <protofix/records/alarm.h>
+#include <protofix/records/device.h>
+#include <protofix/records/media.h>
 #include <protofix/records/network.h>
+#include <protofix/records/overlay.h>
+#include <protofix/records/storage.h>
 
 #include <cstddef>
 #include <initializer_list>
@@ -34,14 +39,17 @@ const Descriptor& DescriptorOf();
 template <class Integer>
 constexpr Kind IntegerKind() {
     static_assert(!std::is_same_v<Integer, bool>, "a record field of type bool has no kind");
-    static_assert(sizeof(Integer) == 1 || sizeof(Integer) == 2 || sizeof(Integer) == 4,
-                  "record integers are 8, 16 or 32 bits wide");
+    static_assert(sizeof(Integer) == 1 || sizeof(Integer) == 2 || sizeof(Integer) == 4 ||
+                      sizeof(Integer) == 8,
+                  "record integers are 8, 16, 32 or 64 bits wide");
     if constexpr (sizeof(Integer) == 1) {
         return std::is_signed_v<Integer> ? Kind::Int8 : Kind::UInt8;
     } else if constexpr (sizeof(Integer) == 2) {
         return std::is_signed_v<Integer> ? Kind::Int16 : Kind::UInt16;
-    } else {
+    } else if constexpr (sizeof(Integer) == 4) {
         return std::is_signed_v<Integer> ? Kind::Int32 : Kind::UInt32;
+    } else {
+        return std::is_signed_v<Integer> ? Kind::Int64 : Kind::UInt64;
     }
 }
 
@@ -75,6 +83,9 @@ Field MakeField(const char* name, std::size_t offset) {
     } else if constexpr (std::is_class_v<Element>) {
         field.kind = Kind::Record;
         field.record = &DescriptorOf<Element>();
+    } else if constexpr (std::is_floating_point_v<Element>) {
+        static_assert(sizeof(Element) == 4 || sizeof(Element) == 8, "float or double fields only");
+        field.kind = sizeof(Element) == 4 ? Kind::Float : Kind::Double;
     } else if constexpr (std::is_enum_v<Element>) {
         field.kind = IntegerKind<std::underlying_type_t<Element>>();
     } else {
@@ -259,6 +270,24 @@ PROTOFIX_RECORD(KZDEV_ALARMIN_CFG,
                 PROTOFIX_FIELD(timeSections),
                 PROTOFIX_FIELD(handler))
 
+// ---- records/media.h
+
+
+// ---- records/overlay.h
+
+
+// ---- records/storage.h
+
+
+// ---- records/device.h
+
+PROTOFIX_RECORD(KZDEV_AUTOMAINTAIN_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(byAutoRebootDay),
+                PROTOFIX_FIELD(byAutoRebootHour),
+                PROTOFIX_FIELD(byFileHoldTime),
+                PROTOFIX_FIELD(reserved))
+
 #undef PROTOFIX_RECORD
 #undef PROTOFIX_FIELD
 #undef PROTOFIX_PAD
@@ -280,6 +309,18 @@ const std::vector<const Descriptor*>& AllDescriptors() {
         &DescriptorOf<KZ_MSG_HANDLE_EX>(),
         &DescriptorOf<KZ_MSG_HANDLE>(),
         &DescriptorOf<KZDEV_ALARMIN_CFG>(),
+
+        // records/media.h
+
+
+        // records/overlay.h
+
+
+        // records/storage.h
+
+
+        // records/device.h
+        &DescriptorOf<KZDEV_AUTOMAINTAIN_CFG>(),
     };
     return all;
 }

@@ -10,16 +10,38 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <type_traits>
 
 namespace protofix {
 
 // ---- kind tests -------------------------------------------------------------------------------
-// The devices' tables were first defined against a JSON library in which a null value counted as
-// both an object and an array; these two tests keep that meaning.
+// The table that Serialize hands a Packet routine starts null, and the routine's own kind tests
+// count it as an object and as an array: the devices' tables were first defined against a JSON
+// library in which a null value counted as both. Only a Packet routine's tests of the table it is
+// building use these two; a value read from a device table or an F5 text that is absent or null
+// fails isObject() / isArray().
 inline bool IsObjectOrNull(const Json::Value& v) { return v.isNull() || v.isObject(); }
 inline bool IsArrayOrNull(const Json::Value& v) { return v.isNull() || v.isArray(); }
+
+// ---- shapes -----------------------------------------------------------------------------------
+// A table of the wrong shape is not an error: a key looked up in a value that is not an object,
+// or an element taken from a value that is not an array, reads as absent (null). The reads never
+// create a member and never throw; only value conversions (asInt of a string, ...) do.
+const Json::Value& Member(const Json::Value& v, const char* key);
+const Json::Value& Member(const Json::Value& v, const std::string& key);
+const Json::Value& Element(const Json::Value& v, Json::ArrayIndex index);
+// A path of keys, each looked up by Member: Path(t, {"EventHandler", "TimeSection"}).
+const Json::Value& Path(const Json::Value& v, std::initializer_list<const char*> keys);
+
+// Writing into a document that goes back to the device: the member (created when missing) of a
+// value that is an object or null, or the element (the array grown to it) of a value that is an
+// array or null. Null when the value has another kind: nothing is written into it, and the value
+// is kept as the device gave it.
+Json::Value* MemberToWrite(Json::Value& v, const char* key);
+Json::Value* MemberToWrite(Json::Value& v, const std::string& key);
+Json::Value* ElementToWrite(Json::Value& v, Json::ArrayIndex index);
 
 // A key is present when its value is not null.
 inline bool Present(const Json::Value& v) { return !v.isNull(); }

@@ -1,6 +1,8 @@
 // Every fixed position of the records: the device and the client library exchange them as bytes.
 #include <protofix/protofix.h>
 
+#include "layout_support.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -8,17 +10,8 @@
 
 namespace {
 
-struct Position {
-    const char* field;
-    std::size_t actual;
-    std::size_t expected;
-};
-
-#define AT(Record, field, offset) Position{#Record "." #field, offsetof(Record, field), offset}
-#define SIZE(Record, bytes) Position{"sizeof " #Record, sizeof(Record), bytes}
-
 TEST(RecordLayout, NetworkRecords) {
-    const Position positions[] = {
+    const layout::Position positions[] = {
         SIZE(KZ_NET_INTERFACE, 188),
         AT(KZ_NET_INTERFACE, ipAddress, 0), AT(KZ_NET_INTERFACE, subnetMask, 16),
         AT(KZ_NET_INTERFACE, defaultGateway, 32), AT(KZ_NET_INTERFACE, flags, 50),
@@ -41,11 +34,11 @@ TEST(RecordLayout, NetworkRecords) {
         AT(KZDEV_IPV6_CFG, defaultGateway, 88), AT(KZDEV_IPV6_CFG, dhcpEnable, 128),
         AT(KZDEV_IPV6_CFG, preferredDns, 129), AT(KZDEV_IPV6_CFG, alternateDns, 169),
     };
-    for (const Position& p : positions) EXPECT_EQ(p.actual, p.expected) << p.field;
+    layout::ExpectPositions(positions);
 }
 
 TEST(RecordLayout, AlarmRecords) {
-    const Position positions[] = {
+    const layout::Position positions[] = {
         SIZE(tagKZ_TSECT, 28), AT(tagKZ_TSECT, endSecond, 24),
         SIZE(KZ_PTZ_LINK, 8), AT(KZ_PTZ_LINK, value, 4),
         SIZE(KZ_MSG_HANDLE_EX, 956),
@@ -71,8 +64,12 @@ TEST(RecordLayout, AlarmRecords) {
         SIZE(KZDEV_ALARMIN_CFG, 2136),
         AT(KZDEV_ALARMIN_CFG, enable, 1), AT(KZDEV_ALARMIN_CFG, timeSections, 4),
         AT(KZDEV_ALARMIN_CFG, handler, 1180),
+        SIZE(KZDEV_AUTOMAINTAIN_CFG, 8),
+        AT(KZDEV_AUTOMAINTAIN_CFG, byAutoRebootDay, 4),
+        AT(KZDEV_AUTOMAINTAIN_CFG, byAutoRebootHour, 5),
+        AT(KZDEV_AUTOMAINTAIN_CFG, byFileHoldTime, 6),
     };
-    for (const Position& p : positions) EXPECT_EQ(p.actual, p.expected) << p.field;
+    layout::ExpectPositions(positions);
 }
 
 // The records are exchanged as bytes: plain data, copied with memcpy.
