@@ -87,6 +87,14 @@ void PutText(Json::Value& node, const char (&field)[N]) {
     packetStrToJsonNode(node, field, static_cast<int>(N));
 }
 
+// A text field as a string: up to its first NUL, never past its width.
+template <std::size_t N>
+std::string TextOf(const char (&field)[N]) {
+    const void* nul = std::memchr(field, '\0', N);
+    return std::string(field, nul != nullptr ? static_cast<const char*>(nul) - field
+                                             : static_cast<std::ptrdiff_t>(N));
+}
+
 // A text that the device reads up to its NUL with no width: the read stops at the end of the
 // record, so it gives the same text wherever it is within the record's bounds.
 std::string TextUpTo(const char* text, const void* recordEnd);

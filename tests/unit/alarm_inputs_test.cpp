@@ -171,9 +171,9 @@ TEST(AlarmTextParse, EventHandlerMergesThroughTheLinkage) {
     const Json::Value handler = ParseJson(buffer.Text())["Alarm"]["EventHandler"];
     EXPECT_EQ(handler["RecordEn"], 1);
     EXPECT_EQ(handler["Record"], ParseJson(R"([{"En":0},{"En":0},{"En":1}])"));
-    // A table without "MonitorTour" counts as having one with nothing on: the tour is cleared.
-    EXPECT_EQ(handler["TourEn"], 0);
-    EXPECT_EQ(handler["Tour"], ParseJson(R"([{"En":0}])"));
+    // A table without "MonitorTour" leaves the F5 tour keys as the device gave them.
+    EXPECT_EQ(handler["TourEn"], 1);
+    EXPECT_EQ(handler["Tour"], ParseJson(R"([{"En":1}])"));
 }
 
 // The rewritten text is copied when the capacity holds it, as strncpy copies at most

@@ -126,6 +126,7 @@ TEST(FrameDispatch, ValuesOfTheWrongKindPassTheLibraryException) {
     support::SetText(net->interfaces[0].name, "eth0");
     auto rtsp = support::Zeroed<KZDEV_RTSP_CFG>();
     auto alarm = support::Zeroed<KZDEV_ALARMIN_CFG>();
+    auto ipv6 = support::Zeroed<KZDEV_IPV6_CFG>();
     std::vector<char> text(64, '\0');
     std::strcpy(text.data(), R"({"Alarm":{"En":0}})");
     const std::vector<char> before = text;
@@ -133,7 +134,8 @@ TEST(FrameDispatch, ValuesOfTheWrongKindPassTheLibraryException) {
     const Case cases[] = {
         {"Network", R"({"eth0":{"Enable":"yes"}})", net.get(), 0}, {"RTSP", R"({"Port":"554"})", rtsp.get(), 0},
         {"Alarm", R"({"SensorType":{}})", alarm.get(), 0},        {"Alarm", R"({"Enable":"yes"})", alarm.get(), 0},
-        {"Alarm", R"({"EventHandler":{"RecordLatch":"x"}})", alarm.get(), 0}, {"Network", "[1,2]", net.get(), 0},
+        {"Alarm", R"({"EventHandler":{"RecordLatch":"x"}})", alarm.get(), 0},
+        {"Network", R"({"DefaultInterface":{}})", net.get(), 0}, {"IPv6", R"({"Enable":"yes"})", ipv6.get(), 0},
         {"Alarm", R"({"Enable":"yes"})", text.data(), 1}, {"NetAlarm", R"({"Name":"n","Enable":[]})", text.data(), 1}};
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.name) + " " + c.table);

@@ -41,14 +41,14 @@ int PacketRecord(const AlarmInput& input, KZDEV_ALARMIN_CFG* cfg, Json::Value& t
 int PacketText(const AlarmInput& input, const char* text, Json::Value& table) {
     Json::Value document;
     if (!ReadF5Text(text, document)) return -1;
-    const Json::Value& alarm = static_cast<const Json::Value&>(document)[input.member];
+    const Json::Value& alarm = Member(document, input.member);
 
-    if (Present(alarm["En"])) table["Enable"] = alarm["En"].asInt() == 1;
-    table["Name"] = alarm["Name"];
-    table["SensorType"] = alarm["SensorType"];
-    if (Present(alarm["EventHandler"])) {
-        CReqConfigProtocolFix::Packet_EventHandler_F5(table["EventHandler"], alarm["EventHandler"]);
-    }
+    if (Present(Member(alarm, "En"))) table["Enable"] = Member(alarm, "En").asInt() == 1;
+    table["Name"] = Member(alarm, "Name");
+    table["SensorType"] = Member(alarm, "SensorType");
+    // Only an object converts: the device's value of another kind says nothing of the linkage.
+    const Json::Value& handler = Member(alarm, "EventHandler");
+    if (handler.isObject()) CReqConfigProtocolFix::Packet_EventHandler_F5(table["EventHandler"], handler);
     return 1;
 }
 
@@ -65,37 +65,48 @@ void ReadSensorType(const AlarmInput& input, const Json::Value& v, unsigned char
 int ParseRecord(const AlarmInput& input, Json::Value& table, KZDEV_ALARMIN_CFG* cfg) {
     if (cfg == nullptr) return -1;
     const Json::Value& in = table;
-    ReadBool(in["Enable"], cfg->enable);
-    ReadSensorType(input, in["SensorType"], cfg->sensorType);
+    ReadBool(Member(in, "Enable"), cfg->enable);
+    ReadSensorType(input, Member(in, "SensorType"), cfg->sensorType);
 
     // The time sections are reached through the table's creating accessors, so a table without
     // an "EventHandler" has one (of null time sections) afterwards, and the linkage below runs
-    // with its clears. The device's readers rely on that order.
-    Json::Value& sections = table["EventHandler"]["TimeSection"];
-    for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
+    // with its clears. The device's readers rely on that order. A table, or an "EventHandler",
+    // of another kind than an object gets no member: its linkage is left as it was.
+    Json::Value* handler = MemberToWrite(table, "EventHandler");
+    Json::Value* sections = handler != nullptr ? MemberToWrite(*handler, "TimeSection") : nullptr;
+    for (int d = 0; sections != nullptr && d < KZ_WEEK_DAYS; ++d) {
+        const Json::Value& day = Element(*sections, static_cast<Json::ArrayIndex>(d));
         for (int s = 0; s < KZ_DAY_SECTIONS; ++s) {
-            const Json::Value& text = sections[d][s];
+            const Json::Value& text = Element(day, static_cast<Json::ArrayIndex>(s));
             if (text.isString()) {
                 CReqConfigProtocolFix::ParseNormalTime(cfg->timeSections[d][s], text.asCString());
             }
         }
     }
-    if (Present(in["EventHandler"])) {
-        CReqConfigProtocolFix::Parse_EventHandler_Binary(table["EventHandler"], &cfg->handler);
+    if (handler != nullptr && handler->isObject()) {
+        CReqConfigProtocolFix::Parse_EventHandler_Binary(*handler, &cfg->handler);
     }
     return 1;
 }
 
-// Merges the table into the section's member of the F5 document.
+// Merges the table into the section's member of the F5 document. The member is created only
+// when a key is written into it; a member, or a document, of another kind is left as it was.
 void MergeText(const AlarmInput& input, const Json::Value& table, Json::Value& document) {
-    if (!IsObjectOrNull(table)) return;
-    if (Present(table["Enable"])) document[input.member]["En"] = table["Enable"].asBool() ? 1 : 0;
-    if (Present(table["Name"])) document[input.member]["Name"] = table["Name"];
-    if (Present(table["SensorType"])) document[input.member]["SensorType"] = table["SensorType"];
-    if (Present(table["EventHandler"])) {
-        CReqConfigProtocolFix::Parse_EventHandler_F5(table["EventHandler"],
-                                                     document[input.member]["EventHandler"]);
-    }
+    if (!table.isObject()) return;
+    const auto member = [&]() { return MemberToWrite(document, input.member); };
+    const auto put = [&](const char* key, const Json::Value& value) {
+        Json::Value* alarm = member();
+        Json::Value* slot = alarm != nullptr ? MemberToWrite(*alarm, key) : nullptr;
+        if (slot != nullptr) *slot = value;
+    };
+    if (Present(Member(table, "Enable"))) put("En", Member(table, "Enable").asBool() ? 1 : 0);
+    if (Present(Member(table, "Name"))) put("Name", Member(table, "Name"));
+    if (Present(Member(table, "SensorType"))) put("SensorType", Member(table, "SensorType"));
+    const Json::Value& handler = Member(table, "EventHandler");
+    if (!handler.isObject()) return;
+    Json::Value* alarm = member();
+    Json::Value* f5 = alarm != nullptr ? MemberToWrite(*alarm, "EventHandler") : nullptr;
+    if (f5 != nullptr) CReqConfigProtocolFix::Parse_EventHandler_F5(handler, *f5);
 }
 
 // The request's buffers hold the section's record in record mode and the device's F5 text in

@@ -33,10 +33,8 @@ constexpr FlagKeys kF5Flags[] = {
 
 // ---- reading JSON without creating members -----------------------------------------------------
 
-// A member of an object; null for anything else, so a value of another kind reads as absent.
-const Json::Value& Key(const Json::Value& object, const char* key) {
-    return object.isObject() ? object[key] : Json::Value::nullSingleton();
-}
+using protofix::Element;
+using protofix::Member;
 
 // Calls visit(element, index) for each element of an array; a value of another kind has none.
 template <class Visit>
@@ -122,7 +120,7 @@ void ReadPtzLinks(const Json::Value& list, KZ_PTZ_LINK (&links)[kChannels]) {
     int value = 0;
     int channel = 0;
     ForEachElement(list, [&](const Json::Value& element, Json::ArrayIndex) {
-        if (!protofix::IsArrayOrNull(element)) return;
+        if (!element.isArray()) return;
         if (element[0].isString()) type = element[0].asString();
         if (element[1].isInt()) value = element[1].asInt();
         if (element[4].isInt()) channel = element[4].asInt();
@@ -133,7 +131,7 @@ void ReadPtzLinks(const Json::Value& list, KZ_PTZ_LINK (&links)[kChannels]) {
 }
 
 void ReadMailDetail(const Json::Value& detail, KZ_MSG_HANDLE_EX& rec) {
-    const Json::Value& type = Key(detail, "AttachmentType");
+    const Json::Value& type = Member(detail, "AttachmentType");
     if (type.isString()) {
         if (protofix::SameWord(type.asString(), "video")) {
             rec.attachmentType = 1;
@@ -141,11 +139,11 @@ void ReadMailDetail(const Json::Value& detail, KZ_MSG_HANDLE_EX& rec) {
             rec.attachmentType = 0;
         }
     }
-    const Json::Value& maxSize = Key(detail, "MaxSize");
+    const Json::Value& maxSize = Member(detail, "MaxSize");
     if (protofix::Present(maxSize)) {
         rec.attachmentMaxSize = Narrow<unsigned char>(maxSize.asInt() / 1024);
     }
-    protofix::ReadInt(Key(detail, "MaxTimeLength"), rec.attachmentMaxTime);
+    protofix::ReadInt(Member(detail, "MaxTimeLength"), rec.attachmentMaxTime);
 }
 
 // ---- F5 text to table --------------------------------------------------------------------------
@@ -157,7 +155,7 @@ Json::Value F5On(const Json::Value& v) { return Json::Value(v.asInt() == 1); }
 // not created when none is.
 void AppendF5Channels(const Json::Value& f5List, Json::Value& parent, const char* key) {
     ForEachElement(f5List, [&](const Json::Value& element, Json::ArrayIndex i) {
-        if (Key(element, "En").asInt() == 1) parent[key].append(protofix::UInt(i));
+        if (Member(element, "En").asInt() == 1) parent[key].append(protofix::UInt(i));
     });
 }
 
@@ -172,7 +170,7 @@ void ResetFromF5Channels(const Json::Value& f5List, Json::Value& parent, const c
 // entry whose type is not a string leaves its position unwritten.
 void PutF5PtzLinks(const Json::Value& f5List, Json::Value& handler) {
     ForEachElement(f5List, [&](const Json::Value& element, Json::ArrayIndex i) {
-        const Json::Value& type = Key(element, "Type");
+        const Json::Value& type = Member(element, "Type");
         if (!type.isString()) return;
         Json::Value& entry = handler["PtzLink"][i];
         entry[0] = type;
@@ -180,7 +178,7 @@ void PutF5PtzLinks(const Json::Value& f5List, Json::Value& handler) {
             entry[1] = protofix::Int(0);
             return;
         }
-        const Json::Value& value = Key(element, "Value");
+        const Json::Value& value = Member(element, "Value");
         if (value.isInt()) entry[1] = protofix::Int(value.asInt());
         entry[2] = protofix::Int(0);
         entry[3] = protofix::Int(0);
@@ -227,7 +225,7 @@ void PutF5Channels(const Json::Value& channels, Json::Value& f5, const char* key
 void ResetF5PtzLinks(const Json::Value& handler, Json::Value& f5) {
     Json::Value* list = F5Array(f5, "PtzLink");
     const Json::ArrayIndex passes = LengthOf(list);
-    const Json::Value& alarmOut = handler["AlarmOutChannels"];
+    const Json::Value& alarmOut = Member(handler, "AlarmOutChannels");
     const Json::ArrayIndex index = alarmOut.isArray() ? alarmOut.size() : 0;
     for (Json::ArrayIndex pass = 0; pass < passes; ++pass) {
         SetInElement((*list)[index], "Type", Json::Value(kPtzTypes[KZ_PTZ_LINK_NONE]));
@@ -257,7 +255,7 @@ void PutF5PtzLinksFromTable(const Json::Value& links, Json::Value& f5) {
 }  // namespace
 
 int CReqConfigProtocolFix::Packet_EventHandler_Binary(Json::Value& handler, KZ_MSG_HANDLE_EX* rec) {
-    if (rec == nullptr) return -1;
+    if (rec == nullptr || !protofix::IsObjectOrNull(handler)) return -1;
     const unsigned int flags = rec->actionFlags;
     handler["RecordEnable"] = Bit(flags, EVENT_ACTION_RECORD);
     PutChannels(handler, "RecordChannels", rec->recordChannels);
@@ -296,98 +294,101 @@ int CReqConfigProtocolFix::Parse_EventHandler_Binary(Json::Value& handler, KZ_MS
     if (rec == nullptr) return -1;
     const Json::Value& table = handler;
     unsigned int& flags = rec->actionFlags;
-    ReadBitIfBool(table["RecordEnable"], flags, EVENT_ACTION_RECORD);
-    ReadChannels<kChannels>(table["RecordChannels"], rec->recordChannels);
-    protofix::ReadInt(table["RecordLatch"], rec->recordLatch);
-    protofix::ReadInt(table["Dejitter"], rec->eventLatch);
+    ReadBitIfBool(Member(table, "RecordEnable"), flags, EVENT_ACTION_RECORD);
+    ReadChannels<kChannels>(Member(table, "RecordChannels"), rec->recordChannels);
+    protofix::ReadInt(Member(table, "RecordLatch"), rec->recordLatch);
+    protofix::ReadInt(Member(table, "Dejitter"), rec->eventLatch);
 
-    ReadBitIfBool(table["AlarmOutEnable"], flags, EVENT_ACTION_ALARMOUT);
-    ReadChannels<kChannels>(table["AlarmOutChannels"], rec->alarmOutChannels);
-    protofix::ReadInt(table["AlarmOutLatch"], rec->alarmOutLatch);
+    ReadBitIfBool(Member(table, "AlarmOutEnable"), flags, EVENT_ACTION_ALARMOUT);
+    ReadChannels<kChannels>(Member(table, "AlarmOutChannels"), rec->alarmOutChannels);
+    protofix::ReadInt(Member(table, "AlarmOutLatch"), rec->alarmOutLatch);
 
-    ReadBitIfBool(table["PtzLinkEnable"], flags, EVENT_ACTION_PTZ);
-    ReadPtzLinks(table["PtzLink"], rec->ptzLinks);
+    ReadBitIfBool(Member(table, "PtzLinkEnable"), flags, EVENT_ACTION_PTZ);
+    ReadPtzLinks(Member(table, "PtzLink"), rec->ptzLinks);
 
-    ReadBitIfBool(table["SnapshotEnable"], flags, EVENT_ACTION_SNAPSHOT);
-    ReadChannels<kSnapshotChannelsRead>(table["SnapshotChannels"], rec->snapshotChannels);
-    protofix::ReadInt(table["SnapshotPeriod"], rec->snapshotPeriod);
+    ReadBitIfBool(Member(table, "SnapshotEnable"), flags, EVENT_ACTION_SNAPSHOT);
+    ReadChannels<kSnapshotChannelsRead>(Member(table, "SnapshotChannels"), rec->snapshotChannels);
+    protofix::ReadInt(Member(table, "SnapshotPeriod"), rec->snapshotPeriod);
 
-    ReadBitIfBool(table["TipEnable"], flags, EVENT_ACTION_TIP);
-    ReadBitIfBool(table["MailEnable"], flags, EVENT_ACTION_MAIL);
-    if (protofix::Present(table["MailDetail"])) ReadMailDetail(table["MailDetail"], *rec);
+    ReadBitIfBool(Member(table, "TipEnable"), flags, EVENT_ACTION_TIP);
+    ReadBitIfBool(Member(table, "MailEnable"), flags, EVENT_ACTION_MAIL);
+    if (protofix::Present(Member(table, "MailDetail"))) ReadMailDetail(Member(table, "MailDetail"), *rec);
 
-    ReadByteIfBool(table["MessageEnable"], rec->messageToNet);
-    ReadBitIfBool(table["BeepEnable"], flags, EVENT_ACTION_BEEP);
-    ReadBitIfBool(table["VoiceEnable"], flags, EVENT_ACTION_VOICE);
-    ReadByteIfBool(table["LogEnable"], rec->logEnable);
-    ReadByteIfBool(table["MMSEnable"], rec->mmsEnable);
+    ReadByteIfBool(Member(table, "MessageEnable"), rec->messageToNet);
+    ReadBitIfBool(Member(table, "BeepEnable"), flags, EVENT_ACTION_BEEP);
+    ReadBitIfBool(Member(table, "VoiceEnable"), flags, EVENT_ACTION_VOICE);
+    ReadByteIfBool(Member(table, "LogEnable"), rec->logEnable);
+    ReadByteIfBool(Member(table, "MMSEnable"), rec->mmsEnable);
 
     // Without a "MonitorTour" array the tour keeps its channels.
-    if (table["MonitorTour"].isArray()) {
-        const Json::Value& tour = table["MonitorTour"][0];
-        ReadBitIfBool(Key(tour, "Enable"), flags, EVENT_ACTION_TOUR);
-        ReadChannels<kChannels>(Key(tour, "Channels"), rec->tourChannels);
+    if (Member(table, "MonitorTour").isArray()) {
+        const Json::Value& tour = Element(Member(table, "MonitorTour"), 0);
+        ReadBitIfBool(Member(tour, "Enable"), flags, EVENT_ACTION_TOUR);
+        ReadChannels<kChannels>(Member(tour, "Channels"), rec->tourChannels);
     }
-    ReadByteIfBool(table["MatrixEnable"], rec->matrixEnable);
+    ReadByteIfBool(Member(table, "MatrixEnable"), rec->matrixEnable);
     return -1;
 }
 
 int CReqConfigProtocolFix::Packet_EventHandler_F5(Json::Value& handler, const Json::Value& f5) {
-    handler["TimeSection"] = f5["TimeSection"];
-    handler["RecordEnable"] = F5On(f5["RecordEn"]);
-    ResetFromF5Channels(f5["Record"], handler, "RecordChannels");
-    handler["RecordLatch"] = f5["RecordLatch"];
+    if (!protofix::IsObjectOrNull(handler)) return -1;
+    handler["TimeSection"] = Member(f5, "TimeSection");
+    handler["RecordEnable"] = F5On(Member(f5, "RecordEn"));
+    ResetFromF5Channels(Member(f5, "Record"), handler, "RecordChannels");
+    handler["RecordLatch"] = Member(f5, "RecordLatch");
 
-    handler["AlarmOutEnable"] = F5On(f5["AlarmOutEn"]);
-    ResetFromF5Channels(f5["AlarmOut"], handler, "AlarmOutChannels");
-    handler["AlarmOutLatch"] = f5["AlarmOutLatch"];
+    handler["AlarmOutEnable"] = F5On(Member(f5, "AlarmOutEn"));
+    ResetFromF5Channels(Member(f5, "AlarmOut"), handler, "AlarmOutChannels");
+    handler["AlarmOutLatch"] = Member(f5, "AlarmOutLatch");
 
-    handler["PtzLinkEnable"] = F5On(f5["PtzLinkEn"]);
-    PutF5PtzLinks(f5["PtzLink"], handler);
+    handler["PtzLinkEnable"] = F5On(Member(f5, "PtzLinkEn"));
+    PutF5PtzLinks(Member(f5, "PtzLink"), handler);
 
     // Unlike the record and alarm-output lists, the snapshot and tour lists are not reset first.
-    handler["SnapshotEnable"] = F5On(f5["SnapshotEn"]);
-    AppendF5Channels(f5["Snapshot"], handler, "SnapshotChannels");
-    handler["SnapshotPeriod"] = f5["SnapshotPeriod"];
-    handler["SnapshotTimes"] = f5["SnapshotTimes"];
+    handler["SnapshotEnable"] = F5On(Member(f5, "SnapshotEn"));
+    AppendF5Channels(Member(f5, "Snapshot"), handler, "SnapshotChannels");
+    handler["SnapshotPeriod"] = Member(f5, "SnapshotPeriod");
+    handler["SnapshotTimes"] = Member(f5, "SnapshotTimes");
 
-    for (const FlagKeys& keys : kF5Flags) handler[keys.table] = F5On(f5[keys.f5]);
+    for (const FlagKeys& keys : kF5Flags) handler[keys.table] = F5On(Member(f5, keys.f5));
 
-    handler["Dejitter"] = protofix::Int(f5["EventLatch"].asInt());
+    handler["Dejitter"] = protofix::Int(Member(f5, "EventLatch").asInt());
     Json::Value& tour = handler["MonitorTour"][0];
-    tour["Enable"] = F5On(f5["TourEn"]);
-    AppendF5Channels(f5["Tour"], tour, "Channels");
+    tour["Enable"] = F5On(Member(f5, "TourEn"));
+    AppendF5Channels(Member(f5, "Tour"), tour, "Channels");
     return -1;
 }
 
 int CReqConfigProtocolFix::Parse_EventHandler_F5(const Json::Value& handler, Json::Value& f5) {
-    f5["TimeSection"] = handler["TimeSection"];
-    f5["RecordEn"] = F5Int(handler["RecordEnable"]);
-    PutF5Channels(handler["RecordChannels"], f5, "Record");
-    f5["RecordLatch"] = handler["RecordLatch"];
+    // The device's own object of another kind is kept as it is.
+    if (!protofix::IsObjectOrNull(f5)) return -1;
+    f5["TimeSection"] = Member(handler, "TimeSection");
+    f5["RecordEn"] = F5Int(Member(handler, "RecordEnable"));
+    PutF5Channels(Member(handler, "RecordChannels"), f5, "Record");
+    f5["RecordLatch"] = Member(handler, "RecordLatch");
 
-    f5["AlarmOutEn"] = F5Int(handler["AlarmOutEnable"]);
-    PutF5Channels(handler["AlarmOutChannels"], f5, "AlarmOut");
-    f5["AlarmOutLatch"] = handler["AlarmOutLatch"];
+    f5["AlarmOutEn"] = F5Int(Member(handler, "AlarmOutEnable"));
+    PutF5Channels(Member(handler, "AlarmOutChannels"), f5, "AlarmOut");
+    f5["AlarmOutLatch"] = Member(handler, "AlarmOutLatch");
 
-    f5["PtzLinkEn"] = F5Int(handler["PtzLinkEnable"]);
+    f5["PtzLinkEn"] = F5Int(Member(handler, "PtzLinkEnable"));
     ResetF5PtzLinks(handler, f5);
-    PutF5PtzLinksFromTable(handler["PtzLink"], f5);
+    PutF5PtzLinksFromTable(Member(handler, "PtzLink"), f5);
 
-    f5["SnapshotEn"] = F5Int(handler["SnapshotEnable"]);
-    PutF5Channels(handler["SnapshotChannels"], f5, "Snapshot");
-    f5["SnapshotPeriod"] = handler["SnapshotPeriod"];
-    f5["SnapshotTimes"] = handler["SnapshotTimes"];
+    f5["SnapshotEn"] = F5Int(Member(handler, "SnapshotEnable"));
+    PutF5Channels(Member(handler, "SnapshotChannels"), f5, "Snapshot");
+    f5["SnapshotPeriod"] = Member(handler, "SnapshotPeriod");
+    f5["SnapshotTimes"] = Member(handler, "SnapshotTimes");
 
-    for (const FlagKeys& keys : kF5Flags) f5[keys.f5] = F5Int(handler[keys.table]);
+    for (const FlagKeys& keys : kF5Flags) f5[keys.f5] = F5Int(Member(handler, keys.table));
 
-    f5["EventLatch"] = protofix::Int(handler["Dejitter"].asInt());
+    f5["EventLatch"] = protofix::Int(Member(handler, "Dejitter").asInt());
 
-    // An absent "MonitorTour" passes the array test, as the earlier protocol's devices expect.
-    if (protofix::IsArrayOrNull(handler["MonitorTour"])) {
-        const Json::Value& tour = handler["MonitorTour"][0];
-        f5["TourEn"] = F5Int(Key(tour, "Enable"));
-        PutF5Channels(Key(tour, "Channels"), f5, "Tour");
+    // Without a "MonitorTour" array the F5 tour keys stay as the device gave them.
+    if (Member(handler, "MonitorTour").isArray()) {
+        const Json::Value& tour = Element(Member(handler, "MonitorTour"), 0);
+        f5["TourEn"] = F5Int(Member(tour, "Enable"));
+        PutF5Channels(Member(tour, "Channels"), f5, "Tour");
     }
     return -1;
 }

@@ -17,10 +17,10 @@ unsigned int InterfaceCount(const KZDEV_NETWORK_CFG& cfg) {
     return std::min(cfg.interfaceCount, static_cast<unsigned int>(KZ_MAX_NET_INTERFACES));
 }
 
-// The interface's name is the key of its object. Like every name the device reads, it runs to its
-// NUL, which the read does not look for past the end of the record.
+// The interface's name is the key of its object, read within its width: a name that fills all 64
+// bytes is a 64-character key.
 std::string InterfaceName(const KZDEV_NETWORK_CFG& cfg, unsigned int i) {
-    return TextUpTo(cfg.interfaces[i].name, EndOf(&cfg));
+    return TextOf(cfg.interfaces[i].name);
 }
 
 // The bonding of "bond0" as the table gives it; the first interface of the record decides every
@@ -46,10 +46,10 @@ void PacketBonding(const KZDEV_NETWORK_CFG& cfg, const KZ_NET_INTERFACE& bond, J
 
 // The bonding code that the table's "bond0" gives every interface it names; 0 gives none.
 unsigned char ParseBonding(const Json::Value& table) {
-    const Json::Value& bond = table["bond0"];
-    if (!Present(bond) || !Present(bond["Bonding"])) return KZ_BONDING_NONE;
-    if (!bond["Bonding"].asBool()) return KZ_BONDING_OFF;
-    const std::string mode = bond["Mode"].asString();
+    const Json::Value& bond = Member(table, "bond0");
+    if (!Present(bond) || !Present(Member(bond, "Bonding"))) return KZ_BONDING_NONE;
+    if (!Member(bond, "Bonding").asBool()) return KZ_BONDING_OFF;
+    const std::string mode = Member(bond, "Mode").asString();
     for (const char* balance : {"BalanceRR", "BalanceXOR", "BalanceTLB", "BalanceALB"}) {
         if (SameWord(mode, balance)) return KZ_BONDING_BALANCE;
     }
@@ -100,22 +100,22 @@ int CReqConfigProtocolFix::Parse_NetWork(Json::Value& table) {
     if (cfg == nullptr) return -1;
     const Json::Value& in = table;
 
-    ReadText(in["Hostname"], cfg->hostName);
+    ReadText(Member(in, "Hostname"), cfg->hostName);
     const unsigned char bonding = ParseBonding(in);
-    const std::string defaultInterface = in["DefaultInterface"].asString();
+    const std::string defaultInterface = Member(in, "DefaultInterface").asString();
     // The caller names the interfaces beforehand: the names select the objects to read.
     for (unsigned int i = 0; i < InterfaceCount(*cfg); ++i) {
         KZ_NET_INTERFACE& nic = cfg->interfaces[i];
         const std::string name = InterfaceName(*cfg, i);
-        const Json::Value& obj = in[name];
+        const Json::Value& obj = Member(in, name);
         if (!Present(obj)) continue;
         if (bonding != KZ_BONDING_NONE) nic.bondingMode = bonding;
         nic.isDefault = SameWord(name, defaultInterface.c_str()) ? 1 : 0;
-        ReadAddress(obj["IPAddress"], nic.ipAddress);
-        ReadAddress(obj["SubnetMask"], nic.subnetMask);
-        ReadAddress(obj["DefaultGateway"], nic.defaultGateway);
-        ReadFlag(obj["DhcpEnable"], nic.flags, KZ_NET_INTERFACE_DHCP);
-        ReadFlag(obj["Enable"], nic.flags, KZ_NET_INTERFACE_ENABLE);
+        ReadAddress(Member(obj, "IPAddress"), nic.ipAddress);
+        ReadAddress(Member(obj, "SubnetMask"), nic.subnetMask);
+        ReadAddress(Member(obj, "DefaultGateway"), nic.defaultGateway);
+        ReadFlag(Member(obj, "DhcpEnable"), nic.flags, KZ_NET_INTERFACE_DHCP);
+        ReadFlag(Member(obj, "Enable"), nic.flags, KZ_NET_INTERFACE_ENABLE);
     }
     return 1;
 }
@@ -136,15 +136,15 @@ int CReqConfigProtocolFix::Parse_NetWork_DNS(Json::Value& table) {
     const Json::Value& in = table;
 
     std::string name = "eth0";
-    if (Present(in["DefaultInterface"])) name = in["DefaultInterface"].asString();
-    const Json::Value& nic = in[name];
-    if (!Present(nic)) return 1;
-    const Json::Value& servers = nic["DnsServers"];
-    if (!IsArrayOrNull(servers)) return 1;
+    if (Present(Member(in, "DefaultInterface"))) name = Member(in, "DefaultInterface").asString();
+    const Json::Value& servers = Member(Member(in, name), "DnsServers");
+    if (!servers.isArray()) return 1;
     // Written over without clearing: a shorter server keeps the old bytes after its NUL.
-    if (servers[0].isString()) parseJsonNodeToStr(servers[0], cfg->primaryDns, sizeof cfg->primaryDns);
-    if (servers[1].isString()) {
-        parseJsonNodeToStr(servers[1], cfg->secondaryDns, sizeof cfg->secondaryDns);
+    const Json::Value& primary = Element(servers, 0);
+    const Json::Value& secondary = Element(servers, 1);
+    if (primary.isString()) parseJsonNodeToStr(primary, cfg->primaryDns, sizeof cfg->primaryDns);
+    if (secondary.isString()) {
+        parseJsonNodeToStr(secondary, cfg->secondaryDns, sizeof cfg->secondaryDns);
     }
     return 1;
 }
@@ -160,7 +160,7 @@ int CReqConfigProtocolFix::Packet_RTSP(Json::Value& table) {
 int CReqConfigProtocolFix::Parse_RTSP(Json::Value& table) {
     auto* cfg = OutputRecord<KZDEV_RTSP_CFG>();
     if (cfg == nullptr) return -1;
-    const Json::Value& port = static_cast<const Json::Value&>(table)["Port"];
+    const Json::Value& port = Member(table, "Port");
     if (!Present(port)) return -1;
     ReadInt(port, cfg->port);
     return 1;
@@ -176,7 +176,7 @@ int CReqConfigProtocolFix::Packet_Web(Json::Value& table) {
 int CReqConfigProtocolFix::Parse_Web(Json::Value& table) {
     auto* cfg = OutputRecord<KZDEV_NET_CFG>();
     if (cfg == nullptr) return -1;
-    ReadInt(static_cast<const Json::Value&>(table)["Port"], cfg->httpPort);
+    ReadInt(Member(table, "Port"), cfg->httpPort);
     return 1;
 }
 
@@ -196,16 +196,15 @@ int CReqConfigProtocolFix::Packet_Mulitcast(Json::Value& table) {
 int CReqConfigProtocolFix::Parse_Mulitcast(Json::Value& table) {
     auto* cfg = OutputRecord<KZDEV_NET_CFG>();
     if (cfg == nullptr) return -1;
-    const Json::Value& streams = static_cast<const Json::Value&>(table)["KZII"];
-    if (!Present(streams) || !streams.isArray() || !Present(streams[0])) return 1;
-    const Json::Value& stream = streams[0];
+    const Json::Value& stream = Element(Member(table, "KZII"), 0);
+    if (!Present(stream)) return 1;
 
-    ReadBool(stream["Enable"], cfg->multicastEnable);
-    Json::Value address = stream["MulticastAddr"];
+    ReadBool(Member(stream, "Enable"), cfg->multicastEnable);
+    Json::Value address = Member(stream, "MulticastAddr");
     if (Present(address)) {
         CRequest::parseUtf8JasonToAssic(address, cfg->multicastAddress, sizeof cfg->multicastAddress);
     }
-    ReadInt(stream["Port"], cfg->multicastPort);
+    ReadInt(Member(stream, "Port"), cfg->multicastPort);
     return 1;
 }
 
@@ -230,11 +229,11 @@ namespace {
 
 // The servers of an IPv6 interface: a list of more than two is not a valid answer and is ignored.
 void ParseIPv6Servers(const Json::Value& nic, KZDEV_IPV6_CFG& cfg) {
-    const Json::Value& servers = nic["DnsServers"];
-    if (!nic["DnsServerEnable"].asBool() || !Present(servers)) return;
+    const Json::Value& servers = Member(nic, "DnsServers");
+    if (!Member(nic, "DnsServerEnable").asBool() || !Present(servers)) return;
     if (!servers.isArray() || servers.size() > 2) return;
-    ReadText(servers[0], cfg.preferredDns);
-    ReadText(servers[1], cfg.alternateDns);
+    ReadText(Element(servers, 0), cfg.preferredDns);
+    ReadText(Element(servers, 1), cfg.alternateDns);
 }
 
 }  // namespace
@@ -243,15 +242,16 @@ int CReqConfigProtocolFix::Parse_IPv6(Json::Value& table) {
     auto* cfg = OutputRecord<KZDEV_IPV6_CFG>();
     if (cfg == nullptr) return -1;
     const Json::Value& in = table;
-    if (!in["Enable"].asBool()) return -1;
+    if (!Member(in, "Enable").asBool()) return -1;
 
+    // Enable is true, so the table is an object.
     for (const std::string& member : in.getMemberNames()) {
         if (!SameWord(member, "eth0")) continue;
-        const Json::Value& nic = in[member];
-        ReadText(nic["IPAddress"], cfg->ipAddress);
-        ReadInt(nic["Prefix"], cfg->prefix);
-        ReadBool(nic["DhcpEnable"], cfg->dhcpEnable);
-        ReadText(nic["DefaultGateway"], cfg->defaultGateway);
+        const Json::Value& nic = Member(in, member);
+        ReadText(Member(nic, "IPAddress"), cfg->ipAddress);
+        ReadInt(Member(nic, "Prefix"), cfg->prefix);
+        ReadBool(Member(nic, "DhcpEnable"), cfg->dhcpEnable);
+        ReadText(Member(nic, "DefaultGateway"), cfg->defaultGateway);
         ParseIPv6Servers(nic, *cfg);
     }
     return 1;
