@@ -218,3 +218,32 @@ TEST(NetworkServices, ParseSetsOnlyWhatTheTableGives) {
 }
 
 }  // namespace
+
+namespace {
+
+// An interface name that fills its 64 bytes is a 64-character key, both ways, and is never read on
+// into the next interface's entry.
+TEST(NetworkNames, FullWidthNameIsTheKey) {
+    auto cfg = Zeroed<KZDEV_NETWORK_CFG>();
+    cfg->interfaceCount = 2;
+    support::FillText(cfg->interfaces[0].name, 'n');
+    cfg->interfaces[0].isDefault = 1;
+    SetText(cfg->interfaces[1].ipAddress, "10.0.0.2");
+    SetText(cfg->interfaces[1].name, "eth1");
+    const std::string name(64, 'n');
+
+    const Json::Value table = Packet("Network", cfg.get()).table();
+    EXPECT_TRUE(table.isMember(name));
+    EXPECT_EQ(table["DefaultInterface"], name);
+
+    auto out = support::CopyOf(*cfg);
+    support::SetText(out->interfaces[0].ipAddress, "");
+    out->interfaces[0].isDefault = 0;
+    ASSERT_EQ(Parse("Network", R"({"DefaultInterface":")" + name + R"(",")" + name +
+                                   R"(":{"IPAddress":"10.0.0.1"}})", out.get()), 1);
+    EXPECT_EQ(support::TextOf(out->interfaces[0].ipAddress), "10.0.0.1");
+    EXPECT_EQ(out->interfaces[0].isDefault, 1);
+    EXPECT_EQ(support::TextOf(out->interfaces[1].ipAddress), "10.0.0.2");
+}
+
+}  // namespace
