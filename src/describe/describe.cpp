@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 
@@ -33,7 +34,25 @@ std::size_t Stride(const Field& field, std::size_t dim) {
 
 // ---- record to view
 
-Json::Value ElementToJson(const Field& field, const unsigned char* at) {
+constexpr const char kTimeSectionRecord[] = "tagKZ_TSECT";
+constexpr const char kTimeSectionText[] = "%d %02d:%02d:%02d-%02d:%02d:%02d";
+
+bool IsTimeSection(const Field& field) {
+    // Seven 32-bit numbers: the flag, then the begin and the end time of day.
+    return field.kind == Kind::Record && field.record->name == kTimeSectionRecord &&
+           field.elementSize == 7 * sizeof(std::int32_t);
+}
+
+Json::Value TimeSectionText(const unsigned char* at) {
+    std::int32_t v[7];
+    std::memcpy(v, at, sizeof v);
+    char text[96];
+    std::snprintf(text, sizeof text, kTimeSectionText, v[0], v[1], v[2], v[3], v[4], v[5], v[6]);
+    return Json::Value(text);
+}
+
+Json::Value ElementToJson(const Field& field, const unsigned char* at, TimeSections style) {
+    if (style == TimeSections::Text && IsTimeSection(field)) return TimeSectionText(at);
     switch (field.kind) {
         case Kind::Int8:
             return Json::Value(static_cast<Json::Int>(Load<std::int8_t>(at)));
@@ -63,19 +82,20 @@ Json::Value ElementToJson(const Field& field, const unsigned char* at) {
             return Json::Value(text, std::find(text, text + field.elementSize, '\0'));
         }
         case Kind::Record:
-            return ToJson(*field.record, at);
+            return ToJson(*field.record, at, style);
     }
     return Json::Value();
 }
 
-Json::Value FieldToJson(const Field& field, const unsigned char* at, std::size_t dim) {
+Json::Value FieldToJson(const Field& field, const unsigned char* at, std::size_t dim,
+                        TimeSections style) {
     if (dim == field.shape.size()) {
-        return ElementToJson(field, at);
+        return ElementToJson(field, at, style);
     }
     Json::Value array(Json::arrayValue);
     const std::size_t stride = Stride(field, dim);
     for (std::size_t i = 0; i < field.shape[dim]; ++i) {
-        array.append(FieldToJson(field, at + i * stride, dim + 1));
+        array.append(FieldToJson(field, at + i * stride, dim + 1, style));
     }
     return array;
 }
@@ -161,6 +181,21 @@ bool WriteReal(Kind kind, const Json::Value& value, unsigned char* at, const std
     return true;
 }
 
+// The text form of a time section: all seven numbers and nothing after them.
+bool WriteTimeSectionText(const Json::Value& value, unsigned char* at, const std::string& path,
+                          std::string& error) {
+    std::int32_t v[7];
+    int consumed = 0;
+    const std::string text = value.asString();
+    const int read = std::sscanf(text.c_str(), "%d %d:%d:%d-%d:%d:%d%n", &v[0], &v[1], &v[2],
+                                 &v[3], &v[4], &v[5], &v[6], &consumed);
+    if (read != 7 || static_cast<std::size_t>(consumed) != text.size()) {
+        return Fail(error, path, "expected a time section \"FLAG HH:MM:SS-HH:MM:SS\"");
+    }
+    std::memcpy(at, v, sizeof v);
+    return true;
+}
+
 // A text may fill the whole width with no NUL, as the record allows a full field; a shorter text
 // is followed by zero bytes to the end of its width, so the view decides every byte of the field.
 bool WriteText(const Field& field, const Json::Value& value, unsigned char* at,
@@ -206,7 +241,11 @@ bool WriteField(const Field& field, const Json::Value& value, unsigned char* at,
     }
     switch (field.kind) {
         case Kind::Text: return WriteText(field, value, at, path, error);
-        case Kind::Record: return WriteRecord(*field.record, value, at, path, error);
+        case Kind::Record:
+            if (IsTimeSection(field) && value.isString()) {
+                return WriteTimeSectionText(value, at, path, error);
+            }
+            return WriteRecord(*field.record, value, at, path, error);
         case Kind::Float:
         case Kind::Double: return WriteReal(field.kind, value, at, path, error);
         default: return WriteInteger(field.kind, value, at, path, error);
@@ -243,7 +282,7 @@ bool WriteRecord(const Descriptor& descriptor, const Json::Value& view, unsigned
 
 }  // namespace
 
-Json::Value ToJson(const Descriptor& descriptor, const void* record) {
+Json::Value ToJson(const Descriptor& descriptor, const void* record, TimeSections timeSections) {
     const auto* bytes = static_cast<const unsigned char*>(record);
     Json::Value view(Json::objectValue);
     for (const Field& field : descriptor.fields) {
@@ -253,7 +292,7 @@ Json::Value ToJson(const Descriptor& descriptor, const void* record) {
              std::all_of(at, at + field.size, [](unsigned char byte) { return byte == 0; }))) {
             continue;
         }
-        view[field.name] = FieldToJson(field, at, 0);
+        view[field.name] = FieldToJson(field, at, 0, timeSections);
     }
     return view;
 }

@@ -52,12 +52,17 @@ struct Descriptor {
 const std::vector<const Descriptor*>& AllDescriptors();
 const Descriptor* FindDescriptor(std::string_view recordName);
 
+// How the view shows a time section (tagKZ_TSECT): its seven numbers as an object, or the text
+// "1 08:00:00-18:00:00" (flag, begin and end) that the device's tables use.
+enum class TimeSections { Raw, Text };
+
 // The named-field view: {"enable":1,"sensorType":0,"timeSections":[[{"enable":1,...}]]}.
 // Integers are JSON integers (unsigned fields as UInt); floating-point fields are JSON reals; texts are strings read up to the first NUL
 // and never past their width; arrays are arrays, nested by dimension; nested records are objects.
 // Padding is left out, and so is a reserved stretch whose bytes are all zero (otherwise it is an
 // array of its byte values).
-Json::Value ToJson(const Descriptor& descriptor, const void* record);
+Json::Value ToJson(const Descriptor& descriptor, const void* record,
+                   TimeSections timeSections = TimeSections::Raw);
 
 // Writes the fields that the view names into the record; the others keep their bytes. False, with
 // the field's path and what is wrong in error, for an unknown field, a value of the wrong kind, a
@@ -65,7 +70,8 @@ Json::Value ToJson(const Descriptor& descriptor, const void* record);
 // longer than its shape; the record is then unchanged. The path is "interfaces[1].name", or the
 // record's name when the view itself is not an object. A text may fill its whole width with no
 // NUL, as the record allows; a shorter one is followed by zero bytes to the end of its width. An
-// array shorter than its shape writes its leading elements and leaves the rest.
+// array shorter than its shape writes its leading elements and leaves the rest. A time section is
+// read from either of its forms.
 bool FromJson(const Descriptor& descriptor, const Json::Value& view, void* record,
               std::string& error);
 

@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include "losses.h"
 #include "section_table.h"
 #include "view_format.h"
 
@@ -10,46 +11,200 @@
 #include <cctype>
 #include <climits>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 namespace protofix::tool {
 namespace {
 
 using protofix::describe::Descriptor;
+using Bytes = std::vector<unsigned char>;
+
+// ---- refusals ----------------------------------------------------------------------------------
 
 Failure UnknownSection(const std::string& name) {
     return {kRefused, "unknown section \"" + name + "\"; 'protofix sections' lists them"};
-}
-
-// A text-only section asked to convert a record.
-Failure NoRecordMode(const Section& section) {
-    return {kRefused, std::string("section ") + section.name +
-                          " converts F5 text only; give the device's text with --f5"};
-}
-
-// A record-only section asked to convert F5 text.
-Failure NoTextMode(const std::string& f5Path, const Section& section) {
-    return {kRefused, DisplayName(f5Path) + ": section " + section.name +
-                          " does not accept F5 text (it converts records only)"};
 }
 
 // The refusal that a section's accepted modes explain, if they explain it.
 bool ModeRefusal(const Options& options, const Section& section, Failure& failure) {
     const bool textMode = !options.f5.empty();
     if (textMode && !section.AcceptsText()) {
-        failure = NoTextMode(options.f5, section);
+        failure = {kRefused, DisplayName(options.f5) + ": section " + section.name +
+                                 " does not accept F5 text (it converts records only)"};
         return true;
     }
     if (!textMode && (!section.HasRecord() || !section.AcceptsRecord())) {
-        failure = NoRecordMode(section);
+        failure = {kRefused, std::string("section ") + section.name +
+                                 " converts F5 text only; give the device's text with --f5"};
         return true;
     }
     return false;
 }
 
-Failure WrongKind(const std::string& path, const char* section, const Json::Exception& e) {
-    return {kBadInput, DisplayName(path) + ": a value of the wrong JSON kind for section " +
-                           section + ": " + OneLine(e.what())};
+Failure TableRefused(const std::string& path, const Section& section, const std::string& hint = "") {
+    return {kRefused, DisplayName(path) + ": section " + section.name +
+                          " refused the table (a key it requires is missing or holds a value it "
+                          "refuses)" + hint};
+}
+
+bool SameIgnoringCase(const std::string& a, const std::string& b) {
+    return a.size() == b.size() &&
+           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+               return std::tolower(static_cast<unsigned char>(x)) ==
+                      std::tolower(static_cast<unsigned char>(y));
+           });
+}
+
+// The table's keys that the section does not know, set against the keys it writes itself.
+std::string KeysHint(const Json::Value& table, const Json::Value& known) {
+    if (!table.isObject() || !known.isObject()) return "";
+    std::string hint;
+    for (const std::string& key : table.getMemberNames()) {
+        if (known.isMember(key)) continue;
+        std::string like;
+        for (const std::string& name : known.getMemberNames()) {
+            if (SameIgnoringCase(name, key)) like = name;
+        }
+        hint += "; \"" + key + "\" is not a key of the section" +
+                (like.empty() ? "" : " (\"" + like + "\" is)");
+    }
+    return hint;
+}
+
+// ---- the request --------------------------------------------------------------------------------
+
+int ClampToInt(std::size_t n) {
+    return n > static_cast<std::size_t>(INT_MAX) ? INT_MAX : static_cast<int>(n);
+}
+
+// The request options of one run; WithDefault gives the same run without one of them.
+struct Settings {
+    int channel = 0;
+    unsigned int id = 0;
+    int standard = PROTOFIX_STANDARD_PAL;
+    int subMode = 0;
+    const std::string* current = nullptr;  // the device's current reply, or none
+
+    Settings WithDefault(const std::string& option) const {
+        Settings settings = *this;
+        if (option == "--channel") settings.channel = 0;
+        if (option == "--id") settings.id = 0;
+        if (option == "--standard") settings.standard = PROTOFIX_STANDARD_PAL;
+        if (option == "--sub-mode") settings.subMode = 0;
+        if (option == "--current") settings.current = nullptr;
+        return settings;
+    }
+};
+
+// One section of the library, run as the settings say, in record or text mode.
+class Request {
+public:
+    Request(const char* name, bool textMode, const Settings& settings)
+        : m_name(name), m_textMode(textMode), m_settings(settings) {}
+
+    // Deserialize: the table onto the bytes (a record, or an F5 buffer of their size). The
+    // library's answer; its exceptions pass.
+    int Parse(const std::string& tableText, Bytes& bytes) const {
+        PROTOCOL_FIX_INFO info = Info();
+        info.output = bytes.empty() ? nullptr : bytes.data();
+        info.outputLength = ClampToInt(bytes.size());
+        CReqConfigProtocolFix request;
+        request.SetRequestId(m_settings.id);
+        request.SetRequestInfo(info);
+        return request.Deserialize(tableText.c_str(), ClampToInt(tableText.size()));
+    }
+
+    // Serialize: the record (or the NUL-terminated F5 text) to the envelope; empty when the
+    // library gave none. Its exceptions pass.
+    std::string Packet(const Bytes& input) const {
+        PROTOCOL_FIX_INFO info = Info();
+        Bytes copy = input;
+        if (m_textMode) copy.push_back(0);
+        info.input = copy.empty() ? nullptr : copy.data();
+        info.inputLength = ClampToInt(input.size());
+        CReqConfigProtocolFix request;
+        request.SetRequestId(m_settings.id);
+        request.SetRequestInfo(info);
+        int length = 0;
+        const char* envelope = request.Serialize(length);
+        return envelope != nullptr ? std::string(envelope, static_cast<std::size_t>(length))
+                                   : std::string();
+    }
+
+    Request WithDefault(const std::string& option) const {
+        return Request(m_name, m_textMode, m_settings.WithDefault(option));
+    }
+
+private:
+    PROTOCOL_FIX_INFO Info() const {
+        PROTOCOL_FIX_INFO info;
+        std::memset(&info, 0, sizeof info);
+        info.mode = m_textMode ? PROTOFIX_MODE_TEXT : PROTOFIX_MODE_RECORD;
+        info.name = m_name;
+        info.channel = m_settings.channel;
+        info.videoStandard = m_settings.standard;
+        info.subMode = m_settings.subMode;
+        info.current = m_settings.current != nullptr ? m_settings.current->c_str() : nullptr;
+        return info;
+    }
+
+    const char* m_name;
+    bool m_textMode;
+    Settings m_settings;
+};
+
+Settings SettingsOf(const Options& options, const std::string* current) {
+    Settings settings;
+    settings.channel = options.channel;
+    settings.id = options.id;
+    settings.standard = options.standard;
+    settings.subMode = options.subMode;
+    settings.current = current;
+    return settings;
+}
+
+bool Given(const Options& options, const char* option) {
+    return std::find(options.given.begin(), options.given.end(), option) != options.given.end();
+}
+
+// ---- reading ------------------------------------------------------------------------------------
+
+bool ReadJson(const std::string& path, std::string& text, Json::Value& value, Failure& failure) {
+    return ReadInput(path, text, failure) && ParseJsonText(path, text, value, failure);
+}
+
+// The envelope that serialize prints, {"params":{"table":...},"result":...,...}.
+bool IsEnvelope(const Json::Value& value) {
+    if (!value.isObject() || !value["params"].isObject() || !value["params"].isMember("table")) {
+        return false;
+    }
+    for (const std::string& name : value.getMemberNames()) {
+        if (name != "params" && name != "result" && name != "channel" && name != "id") return false;
+    }
+    return value["params"].size() == 1;
+}
+
+// The table to convert: the file's JSON, or the table of the envelope it holds.
+bool ReadTable(const std::string& path, std::string& text, Json::Value& table, Failure& failure,
+               Warnings& warnings) {
+    if (!ReadJson(path, text, table, failure)) return false;
+    if (!IsEnvelope(table)) return true;
+    if (table["result"].isBool() && !table["result"].asBool()) {
+        warnings.push_back(DisplayName(path) + ": the envelope's \"result\" is false: its table "
+                                               "is what a refusing section left");
+    }
+    const Json::Value inner = table["params"]["table"];
+    table = inner;
+    text = Json::FastWriter().write(table);
+    return true;
+}
+
+// A record given in hex starts with a hex digit; a named-field view, being a JSON object, never
+// does.
+bool LooksLikeHex(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    return first != std::string::npos && std::isxdigit(static_cast<unsigned char>(text[first]));
 }
 
 // The descriptor that gives the section's record its named-field view, or a failure saying that
@@ -63,22 +218,10 @@ const Descriptor* ViewOf(const Section& section, Failure& failure) {
     return descriptor;
 }
 
-bool ReadJson(const std::string& path, std::string& text, Failure& failure) {
-    Json::Value ignored;
-    return ReadInput(path, text, failure) && ParseJsonText(path, text, ignored, failure);
-}
-
-// A record given in hex starts with a hex digit; a named-field view, being a JSON object, never
-// does.
-bool LooksLikeHex(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(" \t\r\n");
-    return first != std::string::npos && std::isxdigit(static_cast<unsigned char>(text[first]));
-}
-
 // Applies the record given at path to the record, which holds the section's record size: its
 // raw bytes in hex when hexOnly is set or the text looks like hex, else its named-field view.
-bool ApplyRecord(const Section& section, const std::string& path, bool hexOnly,
-                 std::vector<unsigned char>& record, Failure& failure) {
+bool ApplyRecord(const Section& section, const std::string& path, bool hexOnly, Bytes& record,
+                 Failure& failure) {
     std::string text;
     if (!ReadInput(path, text, failure)) return false;
     if (hexOnly || LooksLikeHex(text)) {
@@ -96,127 +239,339 @@ bool ApplyRecord(const Section& section, const std::string& path, bool hexOnly,
     return true;
 }
 
-// The request information shared by both directions; buffers and mode are the caller's to set.
-PROTOCOL_FIX_INFO CommonInfo(const Options& options, const char* name, const std::string* current) {
-    PROTOCOL_FIX_INFO info;
-    std::memset(&info, 0, sizeof info);
-    info.mode = PROTOFIX_MODE_RECORD;
-    info.name = name;
-    info.channel = options.channel;
-    info.videoStandard = options.standard;
-    info.subMode = options.subMode;
-    info.current = current != nullptr ? current->c_str() : nullptr;
-    return info;
+// ---- writing ------------------------------------------------------------------------------------
+
+std::string FormatJson(const Json::Value& value, bool pretty) {
+    if (!pretty) return Json::FastWriter().write(value);
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "  ";
+    builder["emitUTF8"] = true;
+    return Json::writeString(builder, value) + "\n";
 }
 
-bool EnvelopeResult(const char* envelope, int length) {
-    Json::Value root;
+// A JSON text of the library, as it is or indented.
+void PrintJsonText(const std::string& text, bool pretty, std::ostream& out) {
+    Json::Value value;
     Json::Reader reader;
-    if (!reader.parse(envelope, envelope + length, root, false) || !root.isObject()) return false;
-    const Json::Value& result = root["result"];
-    return result.isBool() && result.asBool();
+    if (pretty && reader.parse(text, value, false)) {
+        out << FormatJson(value, true);
+        return;
+    }
+    out << text;
+    if (text.empty() || text.back() != '\n') out << '\n';
 }
 
-int ClampToInt(std::size_t n) {
-    return n > static_cast<std::size_t>(INT_MAX) ? INT_MAX : static_cast<int>(n);
-}
-
-void PrintRecord(const Options& options, const Section& section,
-                 const std::vector<unsigned char>& record, std::ostream& out) {
+void PrintRecord(const Options& options, const Section& section, const Bytes& record,
+                 std::ostream& out) {
     if (options.hex) {
         out << FormatHex(record);
         return;
     }
     // The descriptor was found before the conversion ran.
     const Descriptor* descriptor = protofix::describe::FindDescriptor(section.record);
-    out << FormatView(*descriptor, protofix::describe::ToJson(*descriptor, record.data()));
+    const auto style = options.raw ? protofix::describe::TimeSections::Raw
+                                   : protofix::describe::TimeSections::Text;
+    out << FormatView(*descriptor, protofix::describe::ToJson(*descriptor, record.data(), style));
 }
 
-// Why a text-mode Parse refused, when the section takes F5 text: runs the same conversion once
-// more into a buffer with room to spare; when that one converts, the merged text outgrew the
-// capacity, and the message says how much it needs.
-Failure DiagnoseTextRefusal(const Options& options, const Section& section,
-                            const PROTOCOL_FIX_INFO& info, const std::string& oldText,
-                            const std::string& tableText) {
-    const std::size_t roomy = std::min<std::size_t>(
-        8 * (oldText.size() + tableText.size()) + 4096, static_cast<std::size_t>(INT_MAX));
-    Failure refused{kRefused, DisplayName(options.input) + ": section " + section.name +
-                                  " refused the table (a key it requires is missing or holds a "
-                                  "value it refuses)"};
-    if (roomy <= static_cast<std::size_t>(info.outputLength)) return refused;
-    std::vector<char> buffer(roomy, '\0');
-    std::memcpy(buffer.data(), oldText.c_str(), oldText.size() + 1);
-    PROTOCOL_FIX_INFO retry = info;
-    retry.output = buffer.data();
-    retry.outputLength = static_cast<int>(roomy);
-    CReqConfigProtocolFix request;
-    request.SetRequestId(options.id);
-    request.SetRequestInfo(retry);
-    try {
-        if (request.Deserialize(tableText.c_str(), ClampToInt(tableText.size())) != 1) {
-            return refused;
+// The text in an F5 buffer: up to its NUL, never past its end (the capacity rule may leave none).
+std::string BufferText(const Bytes& buffer) {
+    const auto* text = reinterpret_cast<const char*>(buffer.data());
+    return std::string(text, strnlen(text, buffer.size()));
+}
+
+Json::Value EnvelopeTable(const std::string& envelope, bool* result = nullptr) {
+    Json::Value root;
+    Json::Reader reader;
+    if (!reader.parse(envelope, root, false) || !root.isObject()) return Json::Value();
+    if (result != nullptr) *result = root["result"].isBool() && root["result"].asBool();
+    return root["params"]["table"];
+}
+
+bool HoldsOnlyNulls(const Json::Value& value) {
+    if (value.isObject() || value.isArray()) {
+        for (const Json::Value& element : value) {
+            if (!HoldsOnlyNulls(element)) return false;
         }
-    } catch (const Json::Exception&) {
-        return refused;
+        return true;
     }
-    const std::size_t needed = std::strlen(buffer.data());
+    return value.isNull();
+}
+
+// ---- values of the wrong kind -------------------------------------------------------------------
+
+// What the JSON library's complaint means, in the tool's words.
+std::string ExpectedKind(const Json::Exception& e) {
+    const std::string what = e.what();
+    if (what.find("UInt") != std::string::npos || what.find("out of") != std::string::npos) {
+        return "a number of the wrong sign or size";
+    }
+    if (what.find("Int") != std::string::npos || what.find("Real") != std::string::npos ||
+        what.find("double") != std::string::npos) {
+        return "a number was expected";
+    }
+    if (what.find("bool") != std::string::npos) return "true or false was expected";
+    if (what.find("string") != std::string::npos) return "a text was expected";
+    if (what.find("objectValue") != std::string::npos) return "an object was expected";
+    if (what.find("arrayValue") != std::string::npos) return "an array was expected";
+    return "another kind of value was expected";
+}
+
+void CollectLeaves(const Json::Value& value, Path& path, std::vector<Path>& leaves) {
+    if ((value.isObject() || value.isArray()) && !value.empty()) {
+        if (value.isObject()) {
+            for (const std::string& name : value.getMemberNames()) {
+                path.emplace_back(name);
+                CollectLeaves(value[name], path, leaves);
+                path.pop_back();
+            }
+        } else {
+            for (Json::ArrayIndex i = 0; i < value.size(); ++i) {
+                path.emplace_back(i);
+                CollectLeaves(value[i], path, leaves);
+                path.pop_back();
+            }
+        }
+        return;
+    }
+    leaves.push_back(path);
+}
+
+// The first value of the table whose absence lets the conversion through: the one of the wrong
+// kind. Empty when no single value is to blame.
+std::optional<Path> Culprit(const Json::Value& table, const std::function<void(const std::string&)>& run) {
+    std::vector<Path> leaves;
+    Path path;
+    CollectLeaves(table, path, leaves);
+    for (const Path& leaf : leaves) {
+        try {
+            run(Json::FastWriter().write(Without(table, leaf)));
+            return leaf;
+        } catch (const Json::Exception&) {
+        }
+    }
+    return std::nullopt;
+}
+
+Failure WrongKind(const std::string& path, const Section& section, const std::optional<Path>& at,
+                  const Json::Exception& e) {
+    const std::string where = at ? " at " + FormatPath(*at) : "";
+    return {kBadInput, DisplayName(path) + ": a value of the wrong JSON kind for section " +
+                           section.name + where + " (" + ExpectedKind(e) + ")"};
+}
+
+// ---- one table converted -----------------------------------------------------------------------
+
+struct Conversion {
+    std::string tableText;
+    Json::Value table;
+    Bytes start;  // the record (or the F5 buffer) before the conversion
+    Bytes bytes;  // and after it
+    std::string oldText;
+    int result = 0;
+};
+
+// Reads the inputs of deserialize and roundtrip and converts the table once.
+bool Convert(const Options& options, const Section& section, const Request& request,
+             Conversion& c, Failure& failure, Warnings& warnings) {
+    const bool textMode = !options.f5.empty();
+    if (!textMode && section.HasRecord() && !options.hex && ViewOf(section, failure) == nullptr) {
+        return false;
+    }
+    if (!ReadTable(options.input, c.tableText, c.table, failure, warnings)) return false;
+    if (textMode) {
+        Json::Value ignored;
+        if (!ReadJson(options.f5, c.oldText, ignored, failure)) return false;
+        const std::size_t needed = c.oldText.size() + 1;
+        const std::size_t capacity =
+            options.capacity > 0 ? static_cast<std::size_t>(options.capacity)
+                                 : std::max(static_cast<std::size_t>(kDefaultCapacity), needed);
+        if (capacity < needed) {
+            failure = {kBadInput, DisplayName(options.f5) + ": the F5 text needs " +
+                                      std::to_string(needed) +
+                                      " bytes with its NUL, more than --capacity " +
+                                      std::to_string(capacity)};
+            return false;
+        }
+        if (capacity > static_cast<std::size_t>(INT_MAX)) {
+            failure = {kBadInput, DisplayName(options.f5) + ": the F5 text is too long"};
+            return false;
+        }
+        c.start.assign(capacity, 0);
+        std::memcpy(c.start.data(), c.oldText.c_str(), needed);
+    } else if (section.HasRecord()) {
+        c.start.assign(section.recordSize, 0);
+        if (!options.base.empty() && !ApplyRecord(section, options.base, false, c.start, failure)) {
+            return false;
+        }
+    }
+    c.bytes = c.start;
+    try {
+        c.result = request.Parse(c.tableText, c.bytes);
+    } catch (const Json::Exception& e) {
+        // The device's F5 text is to blame when an empty table fails the same way.
+        Bytes probe = c.start;
+        bool f5Fails = false;
+        try {
+            if (textMode) request.Parse("{}", probe);
+        } catch (const Json::Exception&) {
+            f5Fails = true;
+        }
+        if (f5Fails) {
+            failure = WrongKind(options.f5, section, std::nullopt, e);
+        } else {
+            const auto run = [&](const std::string& text) {
+                Bytes scratch = c.start;
+                request.Parse(text, scratch);
+            };
+            failure = WrongKind(options.input, section, Culprit(c.table, run), e);
+        }
+        return false;
+    }
+    return true;
+}
+
+// Why a table was not converted.
+Failure Refusal(const Options& options, const Section& section, const Request& request,
+                const Conversion& c) {
+    Failure failure;
+    if (c.result == 0) {
+        return {kRefused, DisplayName(options.input) +
+                              ": no section of the library took the table for " + section.name};
+    }
+    if (ModeRefusal(options, section, failure)) return failure;
+    if (options.f5.empty()) {
+        // The keys the section knows are those it writes from a record.
+        Json::Value known;
+        try {
+            known = EnvelopeTable(request.Packet(c.start));
+        } catch (const Json::Exception&) {
+        }
+        return TableRefused(options.input, section, KeysHint(c.table, known));
+    }
+    // In text mode: when the same merge converts with room to spare, the text outgrew the buffer.
+    const std::size_t roomy = std::min<std::size_t>(
+        8 * (c.oldText.size() + c.tableText.size()) + 4096, static_cast<std::size_t>(INT_MAX));
+    if (roomy <= c.start.size()) return TableRefused(options.input, section);
+    Bytes buffer(roomy, 0);
+    std::memcpy(buffer.data(), c.oldText.c_str(), c.oldText.size() + 1);
+    try {
+        if (request.Parse(c.tableText, buffer) != 1) return TableRefused(options.input, section);
+    } catch (const Json::Exception&) {
+        return TableRefused(options.input, section);
+    }
+    const std::size_t needed = BufferText(buffer).size();
     return {kRefused, DisplayName(options.f5) + ": the merged F5 text is " +
                           std::to_string(needed) + " bytes, more than --capacity " +
-                          std::to_string(info.outputLength) + " holds (give --capacity " +
+                          std::to_string(c.start.size()) + " holds (give --capacity " +
                           std::to_string(needed) + " or more)"};
+}
+
+// The table given against the table that the converted record (or F5 text) gives back.
+std::vector<Loss> LossesOf(const Options& options, const Request& request, const Conversion& c) {
+    const bool textMode = !options.f5.empty();
+    Bytes converted = c.bytes;
+    if (textMode) {
+        const std::string text = BufferText(c.bytes);
+        converted.assign(text.begin(), text.end());
+    }
+    Json::Value back;
+    try {
+        back = EnvelopeTable(request.Packet(converted));
+    } catch (const Json::Exception&) {
+        back = Json::Value();
+    }
+    const auto unread = [&](const Path& path) {
+        Bytes bytes = c.start;
+        try {
+            const std::string text = Json::FastWriter().write(Without(c.table, path));
+            return request.Parse(text, bytes) == c.result && bytes == c.bytes;
+        } catch (const Json::Exception&) {
+            return false;
+        }
+    };
+    return FindLosses(c.table, back, unread);
+}
+
+// The request options that change nothing in this conversion.
+void WarnUnusedOptions(const Options& options, const Section& section, const Request& request,
+                       std::initializer_list<const char*> candidates,
+                       const std::function<bool(const Request&)>& sameAs, Warnings& warnings) {
+    for (const char* option : candidates) {
+        if (!Given(options, option)) continue;
+        if (sameAs(request.WithDefault(option))) {
+            warnings.push_back(std::string(option) + " made no difference to section " +
+                               section.name);
+        }
+    }
+}
+
+std::string Into(const Options& options) {
+    return options.f5.empty() ? "the record" : "the F5 text";
 }
 
 }  // namespace
 
-Status Serialize(const Options& options, std::ostream& out, Failure& failure) {
+Status Serialize(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings) {
     const Section* section = FindSection(options.section);
     const bool textMode = !options.f5.empty();
 
     std::string current;
+    Json::Value ignored;
     if (section != nullptr && !options.current.empty() &&
-        !ReadJson(options.current, current, failure)) {
+        !ReadJson(options.current, current, ignored, failure)) {
         return failure.status;
     }
-    PROTOCOL_FIX_INFO info =
-        CommonInfo(options, section != nullptr ? section->name : options.section.c_str(),
-                   options.current.empty() ? nullptr : &current);
+    const Settings settings = SettingsOf(options, options.current.empty() ? nullptr : &current);
 
     // An unknown section is still handed to the library, which answers with an envelope whose
     // "result" is false; nothing is read for it.
-    std::string f5Text;
-    std::vector<unsigned char> record;
+    Bytes input;
     if (section != nullptr && textMode) {
-        if (!ReadJson(options.f5, f5Text, failure)) return failure.status;
-        info.mode = PROTOFIX_MODE_TEXT;
-        info.input = f5Text.data();
-        info.inputLength = ClampToInt(f5Text.size() + 1);
+        std::string f5Text;
+        if (!ReadJson(options.f5, f5Text, ignored, failure)) return failure.status;
+        input.assign(f5Text.begin(), f5Text.end());
     } else if (section != nullptr && section->HasRecord()) {
-        record.assign(section->recordSize, 0);
-        if (!ApplyRecord(*section, options.input, options.hex, record, failure)) {
+        input.assign(section->recordSize, 0);
+        if (!ApplyRecord(*section, options.input, options.hex, input, failure)) {
             return failure.status;
         }
-        info.input = record.data();
-        info.inputLength = ClampToInt(record.size());
     }
 
-    CReqConfigProtocolFix request;
-    request.SetRequestId(options.id);
-    request.SetRequestInfo(info);
-    int length = 0;
-    const char* envelope = nullptr;
+    const char* name = section != nullptr ? section->name : options.section.c_str();
+    const Request request(name, textMode, settings);
+    std::string envelope;
     try {
-        envelope = request.Serialize(length);
+        envelope = request.Packet(input);
     } catch (const Json::Exception& e) {
         // Only the F5 text holds values of a kind the section may read wrongly.
-        failure = WrongKind(textMode ? options.f5 : options.input, info.name, e);
+        failure = WrongKind(options.f5, *section, std::nullopt, e);
         return failure.status;
     }
-    if (envelope == nullptr) {
+    if (envelope.empty()) {
         failure = {kRefused, "the request envelope could not be written"};
         return failure.status;
     }
-    out.write(envelope, length);
-    if (EnvelopeResult(envelope, length)) return kConverted;
+    PrintJsonText(envelope, options.pretty, out);
+
+    bool converted = false;
+    const Json::Value table = EnvelopeTable(envelope, &converted);
+    if (converted) {
+        if (textMode && HoldsOnlyNulls(table)) {
+            warnings.push_back(DisplayName(options.f5) + ": the F5 text holds nothing for section " +
+                               section->name + " (every value of the table is null)");
+        }
+        WarnUnusedOptions(options, *section, request, {"--standard", "--sub-mode", "--current"},
+                          [&](const Request& other) {
+                              try {
+                                  return EnvelopeTable(other.Packet(input)) == table;
+                              } catch (const Json::Exception&) {
+                                  return false;
+                              }
+                          },
+                          warnings);
+        return kConverted;
+    }
 
     if (section == nullptr) {
         failure = UnknownSection(options.section);
@@ -232,97 +587,110 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure) {
     return failure.status;
 }
 
-Status Deserialize(const Options& options, std::ostream& out, Failure& failure) {
+Status Deserialize(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings) {
     const Section* section = FindSection(options.section);
     if (section == nullptr) {
         failure = UnknownSection(options.section);
         return failure.status;
     }
-    const bool textMode = !options.f5.empty();
-    if (!textMode && section->HasRecord() && !options.hex && ViewOf(*section, failure) == nullptr) {
-        return failure.status;
-    }
-
     std::string current;
-    if (!options.current.empty() && !ReadJson(options.current, current, failure)) {
+    Json::Value ignored;
+    if (!options.current.empty() && !ReadJson(options.current, current, ignored, failure)) {
         return failure.status;
     }
-    std::string tableText;
-    if (!ReadJson(options.input, tableText, failure)) return failure.status;
+    const bool textMode = !options.f5.empty();
+    const Request request(section->name, textMode,
+                          SettingsOf(options, options.current.empty() ? nullptr : &current));
+    Conversion c;
+    if (!Convert(options, *section, request, c, failure, warnings)) return failure.status;
+    if (c.result != 1) {
+        failure = Refusal(options, *section, request, c);
+        return failure.status;
+    }
 
-    PROTOCOL_FIX_INFO info =
-        CommonInfo(options, section->name, options.current.empty() ? nullptr : &current);
-    std::string oldText;
-    std::vector<char> buffer;            // text mode: the F5 text, rewritten in place
-    std::vector<unsigned char> record;   // record mode
     if (textMode) {
-        if (!ReadJson(options.f5, oldText, failure)) return failure.status;
-        const std::size_t needed = oldText.size() + 1;
-        std::size_t capacity = options.capacity > 0
-                                   ? static_cast<std::size_t>(options.capacity)
-                                   : std::max(static_cast<std::size_t>(kDefaultCapacity), needed);
-        if (capacity < needed) {
-            failure = {kBadInput, DisplayName(options.f5) + ": the F5 text needs " +
-                                      std::to_string(needed) +
-                                      " bytes with its NUL, more than --capacity " +
-                                      std::to_string(capacity)};
-            return failure.status;
-        }
-        if (capacity > static_cast<std::size_t>(INT_MAX)) {
-            failure = {kBadInput, DisplayName(options.f5) + ": the F5 text is too long"};
-            return failure.status;
-        }
-        buffer.assign(capacity, '\0');
-        std::memcpy(buffer.data(), oldText.c_str(), needed);
-        info.mode = PROTOFIX_MODE_TEXT;
-        info.output = buffer.data();
-        info.outputLength = static_cast<int>(capacity);
-    } else if (section->HasRecord()) {
-        record.assign(section->recordSize, 0);
-        if (!options.base.empty() &&
-            !ApplyRecord(*section, options.base, false, record, failure)) {
-            return failure.status;
-        }
-        info.output = record.data();
-        info.outputLength = ClampToInt(record.size());
+        PrintJsonText(BufferText(c.bytes), options.pretty, out);
+    } else {
+        PrintRecord(options, *section, c.bytes, out);
     }
 
-    CReqConfigProtocolFix request;
-    request.SetRequestId(options.id);
-    request.SetRequestInfo(info);
-    int result = 0;
-    try {
-        result = request.Deserialize(tableText.c_str(), ClampToInt(tableText.size()));
-    } catch (const Json::Exception& e) {
-        failure = WrongKind(options.input, section->name, e);
+    for (const Loss& loss : LossesOf(options, request, c)) {
+        const std::string at = DisplayName(options.input) + ": " + FormatPath(loss.path);
+        if (loss.kind == Loss::kNotRead) {
+            const bool zeroStart = !textMode && options.base.empty();
+            warnings.push_back(at + ": not read by section " + section->name +
+                               (zeroStart ? " (the record started as zeros: give --base to name "
+                                            "what the section reads)"
+                                          : ""));
+        } else if (loss.kind == Loss::kChanged) {
+            warnings.push_back(at + ": " + Brief(loss.before) + " became " + Brief(loss.after) +
+                               " in " + Into(options));
+        }
+    }
+    if (textMode) {
+        Json::Value before;
+        Json::Value after;
+        Json::Reader reader;
+        if (reader.parse(c.oldText, before, false) && reader.parse(BufferText(c.bytes), after, false) &&
+            before.isObject() && after.isObject()) {
+            for (const std::string& name : after.getMemberNames()) {
+                if (!before.isMember(name)) {
+                    warnings.push_back(DisplayName(options.f5) + ": the F5 text had no \"" + name +
+                                       "\" member; the merge added one");
+                }
+            }
+        }
+    }
+    WarnUnusedOptions(options, *section, request,
+                      {"--channel", "--id", "--standard", "--sub-mode", "--current"},
+                      [&](const Request& other) {
+                          Bytes bytes = c.start;
+                          try {
+                              return other.Parse(c.tableText, bytes) == c.result && bytes == c.bytes;
+                          } catch (const Json::Exception&) {
+                              return false;
+                          }
+                      },
+                      warnings);
+    return kConverted;
+}
+
+Status Roundtrip(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings) {
+    const Section* section = FindSection(options.section);
+    if (section == nullptr) {
+        failure = UnknownSection(options.section);
         return failure.status;
     }
-
-    if (result == 1) {
-        if (textMode) {
-            // The capacity rule may leave no NUL in the buffer: read it bounded by its size.
-            const std::string merged(buffer.data(), strnlen(buffer.data(), buffer.size()));
-            out << merged;
-            if (merged.empty() || merged.back() != '\n') out << '\n';
-        } else {
-            PrintRecord(options, *section, record, out);
-        }
+    std::string current;
+    Json::Value ignored;
+    if (!options.current.empty() && !ReadJson(options.current, current, ignored, failure)) {
+        return failure.status;
+    }
+    const Request request(section->name, !options.f5.empty(),
+                          SettingsOf(options, options.current.empty() ? nullptr : &current));
+    Conversion c;
+    if (!Convert(options, *section, request, c, failure, warnings)) return failure.status;
+    if (c.result != 1) {
+        failure = Refusal(options, *section, request, c);
+        return failure.status;
+    }
+    const std::vector<Loss> losses = LossesOf(options, request, c);
+    if (losses.empty()) {
+        out << "nothing lost: every value of the table came back from " << Into(options) << '\n';
         return kConverted;
     }
-    if (result == 0) {
-        failure = {kRefused, DisplayName(options.input) + ": no section of the library took the "
-                                                          "table for " +
-                                 section->name};
-    } else if (ModeRefusal(options, *section, failure)) {
-        // failure says which mode the section does not accept
-    } else if (textMode) {
-        failure = DiagnoseTextRefusal(options, *section, info, oldText, tableText);
-    } else {
-        failure = {kRefused, DisplayName(options.input) + ": section " + section->name +
-                                 " refused the table (a key it requires is missing or holds a "
-                                 "value it refuses)"};
+    for (const Loss& loss : losses) {
+        out << FormatPath(loss.path) << ": " << Compact(loss.before) << " -> ";
+        switch (loss.kind) {
+            case Loss::kNotRead: out << "(absent): not read by the section\n"; break;
+            case Loss::kNotWrittenBack: out << "(absent): read, but not given back there\n"; break;
+            case Loss::kChanged: out << Compact(loss.after) << '\n'; break;
+        }
     }
-    return failure.status;
+    failure = {kRefused, DisplayName(options.input) + ": " + std::to_string(losses.size()) +
+                             (losses.size() == 1 ? " value does" : " values do") +
+                             " not survive the round trip through " + Into(options)};
+    return kRefused;
 }
 
 }  // namespace protofix::tool

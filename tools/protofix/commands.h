@@ -1,5 +1,6 @@
-// The tool's conversions: a record or an F5 text to the request envelope (serialize), and a table
-// to a record or merged into an F5 text (deserialize), each through CReqConfigProtocolFix.
+// The tool's conversions: a record or an F5 text to the request envelope (serialize), a table to a
+// record or merged into an F5 text (deserialize), and the loss report of a table's round trip
+// (roundtrip), each through CReqConfigProtocolFix.
 #ifndef PROTOFIX_TOOL_COMMANDS_H
 #define PROTOFIX_TOOL_COMMANDS_H
 
@@ -7,6 +8,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 namespace protofix::tool {
 
@@ -15,7 +17,7 @@ constexpr int kDefaultCapacity = 65536;
 
 struct Options {
     std::string section;
-    std::string input = kStandardInput;  // RECORD (serialize) or TABLE (deserialize)
+    std::string input = kStandardInput;  // RECORD (serialize) or TABLE (deserialize, roundtrip)
     std::string f5;                      // --f5 OLD: text mode when not empty
     std::string base;                    // --base RECORD: the record deserialize starts from
     std::string current;                 // --current REPLY: the device's current reply
@@ -25,13 +27,23 @@ struct Options {
     int subMode = 0;
     int capacity = 0;                    // 0: not given
     bool hex = false;                    // serialize: RECORD is hex; deserialize: print hex
+    bool pretty = false;                 // indent the JSON printed
+    bool raw = false;                    // time sections of the view as their seven numbers
+    std::vector<std::string> given;      // the request options given: "--standard", ...
 };
+
+// What a command found worth saying besides its output: one line each, printed on standard error
+// as warnings; --strict turns any of them into exit status 1.
+using Warnings = std::vector<std::string>;
 
 // Each writes its result on out and answers the exit status; when that is not kConverted,
 // failure.message says why in one line. Serialize writes the envelope whenever the library gave
 // one, so also when the section refused.
-Status Serialize(const Options& options, std::ostream& out, Failure& failure);
-Status Deserialize(const Options& options, std::ostream& out, Failure& failure);
+Status Serialize(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings);
+Status Deserialize(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings);
+// Lists, one line each, what of the table does not come back from the record (or the F5 text):
+// kConverted when nothing is lost, kRefused when something is.
+Status Roundtrip(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings);
 
 }  // namespace protofix::tool
 

@@ -1,5 +1,7 @@
 #include "inputs.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -45,6 +47,11 @@ std::string DisplayName(const std::string& path) {
 
 bool ReadInput(const std::string& path, std::string& contents, Failure& failure) {
     const bool standardInput = path == kStandardInput;
+    if (standardInput && isatty(fileno(stdin)) != 0) {
+        failure = {kBadInput, "<stdin>: standard input is a terminal: give the file as an argument "
+                              "or pipe it in (protofix --help shows the usage)"};
+        return false;
+    }
     std::FILE* file = standardInput ? stdin : std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
         failure = {kBadInput, DisplayName(path) + ": cannot open: " + std::strerror(errno)};
@@ -61,6 +68,9 @@ bool ReadInput(const std::string& path, std::string& contents, Failure& failure)
         failure = {kBadInput, DisplayName(path) + ": cannot read: " + std::strerror(readErrno)};
         return false;
     }
+    // A byte-order mark is no part of the text.
+    static constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
+    if (contents.compare(0, 3, kByteOrderMark) == 0) contents.erase(0, 3);
     return true;
 }
 

@@ -30,7 +30,8 @@ constexpr const char* kStandardInput = "-";
 // How a path shows in messages: the path itself, or "<stdin>".
 std::string DisplayName(const std::string& path);
 
-// The whole file (or standard input for "-") as bytes.
+// The whole file (or standard input for "-") as bytes, without a leading UTF-8 byte-order mark.
+// Standard input that is a terminal is refused rather than waited on.
 bool ReadInput(const std::string& path, std::string& contents, Failure& failure);
 
 // Parses a JSON text the way the library does (Json::Reader, comments not collected). A text that

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <iomanip>
+#include <iterator>
 #include <string>
 
 namespace protofix::tool {
@@ -13,7 +14,7 @@ namespace {
 
 constexpr Section kSections[] = {
 #define PROTOFIX_SECTION(name, suffix, record, modes) \
-    {name, #record, protofix::describe::kRecordSize<record>, (modes)},
+    {name, #suffix, #record, protofix::describe::kRecordSize<record>, (modes)},
 #include <protofix/sections.def>
 };
 
@@ -26,6 +27,9 @@ bool SameIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 }  // namespace
+
+const Section* SectionsBegin() { return std::begin(kSections); }
+const Section* SectionsEnd() { return std::end(kSections); }
 
 const Section* FindSection(std::string_view name) {
     for (const Section& section : kSections) {
