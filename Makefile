@@ -3,20 +3,27 @@ WERROR ?= OFF
 CONFIGURE_FLAGS = -DPROTOFIX_WERROR=$(WERROR)
 STAGE = $(CURDIR)/build/stage
 
-.PHONY: deps build build-asan demo test test-default test-asan test-package clean
+.PHONY: deps configure build build-tool build-asan demo test test-default test-asan test-package \
+        package-static package-shared catalog format format-check clean
 
 deps:
 	bash scripts/install-deps
 
-build: deps
+configure: deps
 	cmake --preset default $(CONFIGURE_FLAGS)
+
+# The library and the tool only: what the demo runs.
+build-tool: configure
+	cmake --build --preset default --target protofix_tool
+
+build: configure
 	cmake --build --preset default
 
 build-asan: deps
 	cmake --preset asan $(CONFIGURE_FLAGS)
 	cmake --build --preset asan
 
-demo: build
+demo: build-tool
 	bash scripts/demo build/default/protofix
 
 test-default: build
@@ -25,14 +32,28 @@ test-default: build
 test-asan: build-asan
 	ctest --preset asan
 
-# Installs the default build into a staging prefix and builds a consumer project against it.
-test-package: build
-	rm -rf $(STAGE) build/package
-	cmake --install build/default --prefix $(STAGE)
-	cmake -S tests/package -B build/package -G Ninja -DCMAKE_PREFIX_PATH=$(STAGE) $(CONFIGURE_FLAGS)
-	cmake --build build/package
-	build/package/consumer
-	PKG_CONFIG_PATH=$$(dirname $$(find $(STAGE) -name protofix.pc)) bash tests/package/pkgconfig.sh
+# Installs the library (static, then shared) into a staging prefix and builds a consumer project
+# against each install, with find_package and with pkg-config.
+package-static: build
+	bash tests/package/check-install.sh static $(STAGE)/static build/default "$(CONFIGURE_FLAGS)"
+
+package-shared: deps
+	cmake -S . -B build/shared -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_SHARED_LIBS=ON \
+	  -DPROTOFIX_BUILD_TESTS=OFF -DPROTOFIX_BUILD_BENCH=OFF $(CONFIGURE_FLAGS)
+	cmake --build build/shared
+	bash tests/package/check-install.sh shared $(STAGE)/shared build/shared "$(CONFIGURE_FLAGS)"
+
+test-package: package-static package-shared
+
+# The section catalog, written again from the section table, the descriptors and the examples.
+catalog: build-tool
+	build/default/protofix sections --markdown --examples examples >docs/sections.md
+
+format:
+	clang-format -i $$(git ls-files '*.cpp' '*.h' '*.c')
+
+format-check: deps
+	clang-format --dry-run --Werror $$(git ls-files '*.cpp' '*.h' '*.c')
 
 test: test-default test-asan test-package
 

@@ -16,7 +16,7 @@
 
 #include <string>
 
-class CReqConfigProtocolFix : public CRequest {
+class PROTOFIX_API CReqConfigProtocolFix : public CRequest {
 public:
     CReqConfigProtocolFix();
     ~CReqConfigProtocolFix() override;

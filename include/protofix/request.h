@@ -3,6 +3,8 @@
 #ifndef PROTOFIX_REQUEST_H
 #define PROTOFIX_REQUEST_H
 
+#include <protofix/export.h>
+
 #include <json/json.h>
 
 #include <list>
@@ -22,7 +24,7 @@ private:
     std::mutex m_mutex;
 };
 
-class IPDU {
+class PROTOFIX_API IPDU {
 public:
     IPDU() = default;
     IPDU(const IPDU&) = delete;
@@ -47,7 +49,7 @@ protected:
     unsigned int m_reservedError = 0;
 };
 
-class CRequest : public IPDU {
+class PROTOFIX_API CRequest : public IPDU {
 public:
     CRequest() = default;
     ~CRequest() override;
@@ -71,13 +73,13 @@ protected:
 };
 
 // A string node into a fixed text field: at most size - 1 bytes and a NUL; anything else is left.
-void parseJsonNodeToStr(const Json::Value& node, char* buf, int size);
+PROTOFIX_API void parseJsonNodeToStr(const Json::Value& node, char* buf, int size);
 // A fixed text field into a string node: at most size bytes, up to the first NUL.
-void packetStrToJsonNode(Json::Value& node, const char* buf, int size);
+PROTOFIX_API void packetStrToJsonNode(Json::Value& node, const char* buf, int size);
 // As parseJsonNodeToStr and a NUL-terminated SetJsonString; convert asks for the code-page change.
-void GetJsonString(const Json::Value& node, char* buf, int size, bool convert);
-void SetJsonString(Json::Value& node, const char* text, bool convert);
+PROTOFIX_API void GetJsonString(const Json::Value& node, char* buf, int size, bool convert);
+PROTOFIX_API void SetJsonString(Json::Value& node, const char* text, bool convert);
 // UTF-8 to the local code page (UTF-8 here: the text is returned as it is).
-std::string ConvertUtf8ToAnsi(const std::string& text);
+PROTOFIX_API std::string ConvertUtf8ToAnsi(const std::string& text);
 
 #endif
