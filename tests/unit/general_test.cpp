@@ -65,6 +65,7 @@ TEST(General, PlainFields) {
     auto record = Record("KZDEV_GENERAL_CFG", seed);
     EXPECT_EQ(Parse("General", R"({"MachineName":"dvr","MachineAddress":5,"LocalNo":4})", record), 1);
     EXPECT_EQ(View("KZDEV_GENERAL_CFG", record), Expected("KZDEV_GENERAL_CFG", seed, R"({"szMachineName":"dvr"})"));
+    EXPECT_EQ(std::string(record.begin(), record.begin() + 64), "dvr" + std::string(61, '\0'));
     EXPECT_EQ(Parse("General", R"({"MachineName":")" + std::string(70, 'x') + R"("})", record), 1);
     EXPECT_EQ(View("KZDEV_GENERAL_CFG", record)["szMachineName"].asString(), std::string(63, 'x'));
 }
