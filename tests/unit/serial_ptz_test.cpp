@@ -17,20 +17,20 @@ namespace {
 
 Request Channel(int channel, int mode = PROTOFIX_MODE_RECORD) { return Request{mode, 0, channel, nullptr}; }
 
-const std::string kCommSeed = R"({"nProtocolNum":2,"szProtocolName":["PELCOD","PELCOP","Hidden"],"nPortNum":1,
+const std::string kCommSeed = R"({"nProtocolNum":2,"szProtocolName":["ProtoD","ProtoP","Hidden"],"nPortNum":1,
     "stAttr":[{"byDataBits":1,"byStopBits":1,"byParity":1,"byBaudRate":1,"byProtocol":2}]})";
 
 TEST(Comm, PacketPorts) {
     const std::string full(16, 'p');
     struct Case { std::string record, table; };
     const Case cases[] = {
-        {R"({"nProtocolNum":2,"szProtocolName":["PELCOD","PELCOP"],"nPortNum":3,"stAttr":[
+        {R"({"nProtocolNum":2,"szProtocolName":["ProtoD","ProtoP"],"nPortNum":3,"stAttr":[
              {"byDataBits":3,"byStopBits":0,"byParity":0,"byBaudRate":5,"byProtocol":1},
              {"byDataBits":0,"byStopBits":5,"byParity":9,"byBaudRate":12,"byProtocol":0},
              {"byDataBits":2,"byStopBits":2,"byParity":4,"byBaudRate":0,"byProtocol":9},
              {"byBaudRate":1}]})",
-         R"([{"Attribute":[9600,8,"None","1"],"ProtocolName":"PELCOP"},
-             {"Attribute":[115200,5,"None"],"ProtocolName":"PELCOD"},
+         R"([{"Attribute":[9600,8,"None","1"],"ProtocolName":"ProtoP"},
+             {"Attribute":[115200,5,"None"],"ProtocolName":"ProtoD"},
              {"Attribute":[300,7,"Space","2"],"ProtocolName":""}])"},
         {R"({"nPortNum":1,"szProtocolName":[")" + full + R"("],"stAttr":[{"byStopBits":1,"byParity":3,"byBaudRate":9}]})",
          R"([{"Attribute":[115200,5,"Mark","1.5"],"ProtocolName":")" + full + R"("}])"},
@@ -56,15 +56,15 @@ TEST(Comm, ParseAttributesAndProtocol) {
     const Case cases[] = {
         {R"({"Attribute":[14400,8,"Odd","1.5"]})",
          R"({"byBaudRate":9,"byDataBits":3,"byParity":1,"byStopBits":1})"},
-        {R"({"Attribute":[300,4,"Space","2"],"ProtocolName":"pelcop"})",
+        {R"({"Attribute":[300,4,"Space","2"],"ProtocolName":"protop"})",
          R"({"byBaudRate":0,"byDataBits":255,"byParity":4,"byStopBits":2,"byProtocol":1})"},
         // Parity and stop-bit words are compared with their case; unknown words leave the field.
         {R"({"Attribute":[57600,7,"odd","3"]})", R"({"byBaudRate":8,"byDataBits":2})"},
         {R"({"Attribute":[115200,5]})", R"({"byBaudRate":9,"byDataBits":0})"},
         // Only the valid names are compared.
         {R"({"ProtocolName":"hidden"})", "{}"},
-        {R"({"ProtocolName":"PELCOX","Attribute":null})", "{}"},
-        {R"([{"ProtocolName":"PELCOD"}])", "{}"},
+        {R"({"ProtocolName":"PROTOX","Attribute":null})", "{}"},
+        {R"([{"ProtocolName":"ProtoD"}])", "{}"},
     };
     for (const Case& c : cases) {
         auto record = Record("KZDEV_COMM_CFG", kCommSeed);
@@ -73,7 +73,7 @@ TEST(Comm, ParseAttributesAndProtocol) {
                   Expected("KZDEV_COMM_CFG", kCommSeed, std::string(R"({"stAttr":[)") + c.changes + "]}"))
             << c.port;
     }
-    for (const char* table : {"{}", R"({"0":{"ProtocolName":"PELCOP"}})", "null", "5"}) {
+    for (const char* table : {"{}", R"({"0":{"ProtocolName":"ProtoP"}})", "null", "5"}) {
         auto record = Record("KZDEV_COMM_CFG", kCommSeed);
         EXPECT_EQ(Parse("Comm", table, record), 1) << table;
         EXPECT_EQ(View("KZDEV_COMM_CFG", record), Expected("KZDEV_COMM_CFG", kCommSeed, "{}")) << table;
@@ -93,7 +93,7 @@ TEST(Comm, ParseTakesNoMorePortsThanTheRecordHolds) {
     EXPECT_EQ(View("KZDEV_COMM_CFG", record), Expected("KZDEV_COMM_CFG", seed, changes + "]}"));
 }
 
-const std::string kPtzSeed = R"({"nProtocolNum":3,"szProtocolName":["PELCOD","PELCOP","SAMSUNG"],
+const std::string kPtzSeed = R"({"nProtocolNum":3,"szProtocolName":["ProtoD","ProtoP","Matrix8"],
     "stAttr":[{"byAddress":1},{},{},{"byDataBits":3,"byStopBits":2,"byParity":2,"byBaudRate":4,"byProtocol":2,
     "byAddress":12,"byNumberInMatrix":3}]})";
 
@@ -102,7 +102,7 @@ TEST(Ptz, RecordModeByChannel) {
     const auto envelope = Packet("Ptz", cfg.data(), Channel(3));
     EXPECT_TRUE(envelope.result());
     EXPECT_EQ(envelope.table(), ParseJson(R"({"Address":12,"NumberInMatrixs":3,
-        "Attribute":[4800,8,"Even","2"],"ProtocolName":"SAMSUNG"})"));
+        "Attribute":[4800,8,"Even","2"],"ProtocolName":"Matrix8"})"));
     EXPECT_TRUE(Packet("Ptz", cfg.data(), Channel(15)).result());
     for (int channel : {-1, -2, 16}) {
         const auto refused = Packet("Ptz", cfg.data(), Channel(channel));
@@ -112,7 +112,7 @@ TEST(Ptz, RecordModeByChannel) {
 
     struct Case { const char* table; int channel; int result; const char* changes; };
     const Case cases[] = {
-        {R"({"Address":300,"NumberInMatrixs":7,"Attribute":[1200,6,"Mark","1"],"ProtocolName":"pelcop"})", 1, 1,
+        {R"({"Address":300,"NumberInMatrixs":7,"Attribute":[1200,6,"Mark","1"],"ProtocolName":"protop"})", 1, 1,
          R"({"stAttr":[{},{"byAddress":44,"byNumberInMatrix":7,"byBaudRate":2,"byDataBits":1,"byParity":3,
              "byStopBits":0,"byProtocol":1}]})"},
         {R"({"Address":5})", 16, -1, "{}"},
@@ -131,13 +131,13 @@ TEST(Ptz, RecordModeByChannel) {
 TEST(Ptz, TextModePacket) {
     struct Case { const char* f5; int channel; bool result; const char* table; };
     const Case cases[] = {
-        {R"({"Ptz":{"DecProName":["PELCOD","PELCOP"],"ProName":1,"Address":7,"MartixID":2,"BaudBase":5,
+        {R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":1,"Address":7,"MartixID":2,"BaudBase":5,
              "DataBits":3,"StopBits":1,"Parity":2},"Other":1})", 40, true,
-         R"({"ProtocolName":"PELCOP","Address":7,"NumberInMatrixs":2,"Attribute":[9600,8,"Even","1.5"]})"},
+         R"({"ProtocolName":"ProtoP","Address":7,"NumberInMatrixs":2,"Attribute":[9600,8,"Even","1.5"]})"},
         {R"({"Ptz":{"BaudBase":12,"StopBits":5,"Parity":9}})", 0, true,
          R"({"Attribute":[115200,null,"None"]})"},
-        {R"({"Ptz":{"DecProName":"PELCOD","ProName":0,"DataBits":0}})", 0, true, R"({"Attribute":[null,5]})"},
-        {R"({"Ptz":{"DecProName":["PELCOD"],"ProName":4}})", 0, true, R"({"ProtocolName":null})"},
+        {R"({"Ptz":{"DecProName":"ProtoD","ProName":0,"DataBits":0}})", 0, true, R"({"Attribute":[null,5]})"},
+        {R"({"Ptz":{"DecProName":["ProtoD"],"ProName":4}})", 0, true, R"({"ProtocolName":null})"},
         {R"({"Ptz":{"Address":7}})", -1, true, "null"},
         {R"({"Other":{}})", 0, true, "null"},
         {R"({"Ptz":)", 0, false, "null"},
@@ -163,15 +163,15 @@ struct Buffer {
 };
 
 TEST(Ptz, TextModeMerge) {
-    const std::string f5 = R"({"Ptz":{"DecProName":["PELCOD","PELCOP"],"ProName":1,"Address":1,"MartixID":0,
+    const std::string f5 = R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":1,"Address":1,"MartixID":0,
         "BaudBase":5,"DataBits":3,"StopBits":0,"Parity":0},"Other":[1]})";
     struct Case { const char* table; const char* document; };
     const Case cases[] = {
-        {R"({"Address":9,"NumberInMatrixs":4,"Attribute":[19200,7,"Mark","2"],"ProtocolName":"pelcod"})",
-         R"({"Ptz":{"DecProName":["PELCOD","PELCOP"],"ProName":0,"Address":9,"MartixID":4,"BaudBase":6,
+        {R"({"Address":9,"NumberInMatrixs":4,"Attribute":[19200,7,"Mark","2"],"ProtocolName":"protod"})",
+         R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":0,"Address":9,"MartixID":4,"BaudBase":6,
              "DataBits":2,"StopBits":2,"Parity":3},"Other":[1]})"},
-        {R"({"Attribute":[14400,8,"odd","1.25"],"ProtocolName":"VISCA"})",
-         R"({"Ptz":{"DecProName":["PELCOD","PELCOP"],"ProName":1,"Address":1,"MartixID":0,"BaudBase":9,
+        {R"({"Attribute":[14400,8,"odd","1.25"],"ProtocolName":"ProtoV"})",
+         R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":1,"Address":1,"MartixID":0,"BaudBase":9,
              "DataBits":3,"StopBits":0,"Parity":0},"Other":[1]})"},
         {"{}", nullptr},
     };
@@ -183,7 +183,7 @@ TEST(Ptz, TextModeMerge) {
     // No "Ptz" is added to a text that has none unless a member is written; one of another kind
     // takes nothing.
     Buffer none(R"({"Other":1})", 64);
-    EXPECT_EQ(none.Merge(R"({"ProtocolName":"PELCOD"})", 0), 1);
+    EXPECT_EQ(none.Merge(R"({"ProtocolName":"ProtoD"})", 0), 1);
     EXPECT_EQ(ParseJson(none.Text()), ParseJson(R"({"Other":1})"));
     EXPECT_EQ(none.Merge(R"({"Address":3})", 0), 1);
     EXPECT_EQ(ParseJson(none.Text()), ParseJson(R"({"Other":1,"Ptz":{"Address":3}})"));
