@@ -281,6 +281,58 @@ PROTOFIX_RECORD(KZDEV_ALARMIN_CFG,
 
 // ---- records/device.h
 
+PROTOFIX_RECORD(KZDEV_GENERAL_CFG,
+                PROTOFIX_FIELD(szMachineName),
+                PROTOFIX_FIELD(szMachineAddress),
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(wLocalNo),
+                PROTOFIX_FIELD(reserved2))
+
+PROTOFIX_RECORD(KZ_DST_POINT,
+                PROTOFIX_FIELD(nYear),
+                PROTOFIX_FIELD(nMonth),
+                PROTOFIX_FIELD(nHour),
+                PROTOFIX_FIELD(nMinute),
+                PROTOFIX_FIELD(nWeek),
+                PROTOFIX_FIELD(nDay),
+                PROTOFIX_FIELD(reserved))
+
+PROTOFIX_RECORD(KZDEV_LOCALES_CFG,
+                PROTOFIX_FIELD(leadingWords),
+                PROTOFIX_FIELD(stDSTStart),
+                PROTOFIX_FIELD(stDSTEnd),
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(bDSTEnable),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(byDateFormat),
+                PROTOFIX_FIELD(reserved3),
+                PROTOFIX_FIELD(byTimeFormat),
+                PROTOFIX_FIELD(byLanguage),
+                PROTOFIX_FIELD(reserved4))
+
+PROTOFIX_RECORD(KZ_SERIAL_ATTR,
+                PROTOFIX_FIELD(byDataBits),
+                PROTOFIX_FIELD(byStopBits),
+                PROTOFIX_FIELD(byParity),
+                PROTOFIX_FIELD(byBaudRate),
+                PROTOFIX_FIELD(byProtocol),
+                PROTOFIX_FIELD(byReserved),
+                PROTOFIX_FIELD(byAddress),
+                PROTOFIX_FIELD(byNumberInMatrix))
+
+PROTOFIX_RECORD(KZDEV_COMM_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(nProtocolNum),
+                PROTOFIX_FIELD(szProtocolName),
+                PROTOFIX_FIELD(nPortNum),
+                PROTOFIX_FIELD(stAttr))
+
+PROTOFIX_RECORD(KZDEV_PTZ_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(nProtocolNum),
+                PROTOFIX_FIELD(szProtocolName),
+                PROTOFIX_FIELD(stAttr))
+
 PROTOFIX_RECORD(KZDEV_AUTOMAINTAIN_CFG,
                 PROTOFIX_FIELD(leadingWord),
                 PROTOFIX_FIELD(byAutoRebootDay),
@@ -320,7 +372,13 @@ const std::vector<const Descriptor*>& AllDescriptors() {
 
 
         // records/device.h
+        &DescriptorOf<KZDEV_GENERAL_CFG>(),
+        &DescriptorOf<KZ_DST_POINT>(),
+        &DescriptorOf<KZDEV_LOCALES_CFG>(),
         &DescriptorOf<KZDEV_AUTOMAINTAIN_CFG>(),
+        &DescriptorOf<KZ_SERIAL_ATTR>(),
+        &DescriptorOf<KZDEV_COMM_CFG>(),
+        &DescriptorOf<KZDEV_PTZ_CFG>(),
     };
     return all;
 }
