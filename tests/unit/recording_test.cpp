@@ -1,4 +1,5 @@
 // "Record" and "RecordSource" through the request API, in record mode and in F5 text mode.
+#include "f5_buffer_support.h"
 #include "request_support.h"
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <vector>
 
 using support::CopyOf;
+using support::F5Buffer;
 using support::Packet;
 using support::Parse;
 using support::ParseJson;
@@ -157,19 +159,6 @@ TEST(RecordTextPacket, StreamAndEmptyTexts) {
         EXPECT_EQ(envelope.table(), ParseJson(c.table)) << c.f5;
     }
 }
-
-// An F5 buffer of exactly capacity bytes on the heap.
-struct F5Buffer {
-    F5Buffer(const std::string& text, std::size_t capacity) : bytes(capacity, '#') {
-        std::copy_n(text.begin(), std::min(text.size(), capacity), bytes.begin());
-        if (text.size() < capacity) bytes[text.size()] = '\0';
-    }
-    int Merge(const char* section, const std::string& table) {
-        return Parse(section, table, bytes.data(), static_cast<int>(bytes.size()), PROTOFIX_MODE_TEXT);
-    }
-    Json::Value Document() const { return ParseJson(std::string(bytes.data(), strnlen(bytes.data(), bytes.size()))); }
-    std::vector<char> bytes;
-};
 
 // The table's flag goes to the F5 text as a record-type mask (1 becomes 4); a text that does not
 // scan keeps the scratch section of the entry before.

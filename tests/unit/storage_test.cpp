@@ -1,4 +1,5 @@
 // "NAS", "RemoteStorageLimit", "StorageGroup" and "StorageGlobal" through the request API.
+#include "f5_buffer_support.h"
 #include "request_support.h"
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <vector>
 
 using support::CopyOf;
+using support::F5Buffer;
 using support::Packet;
 using support::Parse;
 using support::ParseJson;
@@ -118,19 +120,6 @@ TEST(NasTextPacket, MembersCopiedAsTheyStand) {
         EXPECT_EQ(envelope.table(), ParseJson(c.table)) << c.f5;
     }
 }
-
-// An F5 buffer of exactly capacity bytes on the heap.
-struct F5Buffer {
-    F5Buffer(const std::string& text, std::size_t capacity) : bytes(capacity, '#') {
-        std::copy_n(text.begin(), std::min(text.size(), capacity), bytes.begin());
-        if (text.size() < capacity) bytes[text.size()] = '\0';
-    }
-    int Merge(const char* section, const std::string& table) {
-        return Parse(section, table, bytes.data(), static_cast<int>(bytes.size()), PROTOFIX_MODE_TEXT);
-    }
-    Json::Value Document() const { return ParseJson(std::string(bytes.data(), strnlen(bytes.data(), bytes.size()))); }
-    std::vector<char> bytes;
-};
 
 void ExpectMerges(const char* section, const char* old, const char* table, const char* merged) {
     F5Buffer buffer(old, 4096);
