@@ -113,19 +113,6 @@ TEST(RecordSourceParse, ComparesWithTheWholeTable) {
     EXPECT_TRUE(SameBytes(*cfg, *before));
 }
 
-TEST(RecordSections, RefusedRequests) {
-    auto cfg = Filled();
-    for (const char* section : {"Record", "RecordSource"}) {
-        EXPECT_FALSE(Packet(section, nullptr).result()) << section;
-        EXPECT_FALSE(Packet(section, nullptr, PROTOFIX_MODE_TEXT).result()) << section;
-        EXPECT_FALSE(Packet(section, cfg.get(), 2).result()) << section;
-        EXPECT_EQ(Parse(section, "{}", nullptr, 0), -1) << section;
-        EXPECT_EQ(Parse(section, "{}", cfg.get(), sizeof *cfg, 2), -1) << section;
-    }
-    auto before = Filled();
-    EXPECT_TRUE(SameBytes(*cfg, *before));
-}
-
 // ---- F5 text mode ------------------------------------------------------------------------------
 
 // One scratch section for all entries: "0 8:5:0" reaches only the flag and the begin, and keeps

@@ -295,14 +295,14 @@ TEST(StorageGlobal, FileHoldTimeOnly) {
 
 // Record mode only for the last two; the null record is refused in every mode a section accepts.
 TEST(StorageSections, RefusedRequests) {
-    auto nas = Zeroed<KZDEV_NAS_CFG>();
-    for (const char* section : {"NAS", "RemoteStorageLimit", "StorageGroup", "StorageGlobal"}) {
+    auto nas = Zeroed<KZDEV_NAS_CFG>();  // the largest of the records
+    for (const char* section : {"Record", "RecordSource", "NAS", "RemoteStorageLimit", "StorageGroup", "StorageGlobal"}) {
         EXPECT_FALSE(Packet(section, nullptr).result()) << section;
         EXPECT_FALSE(Packet(section, nas.get(), 2).result()) << section;
         EXPECT_EQ(Parse(section, "[{}]", nullptr, 0), -1) << section;
         EXPECT_EQ(Parse(section, "[{}]", nas.get(), sizeof *nas, 2), -1) << section;
     }
-    for (const char* section : {"NAS", "RemoteStorageLimit"}) {
+    for (const char* section : {"Record", "RecordSource", "NAS", "RemoteStorageLimit"}) {
         EXPECT_FALSE(Packet(section, nullptr, PROTOFIX_MODE_TEXT).result()) << section;
         EXPECT_FALSE(Packet(section, "{", PROTOFIX_MODE_TEXT).result()) << section;
         EXPECT_EQ(Parse(section, "[{}]", nullptr, 64, PROTOFIX_MODE_TEXT), -1) << section;
