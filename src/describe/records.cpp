@@ -278,6 +278,42 @@ PROTOFIX_RECORD(KZDEV_ALARMIN_CFG,
 
 // ---- records/storage.h
 
+PROTOFIX_RECORD(KZDEV_RECORD_CFG,
+                PROTOFIX_FIELD(nReserved),
+                PROTOFIX_FIELD(stSect),
+                PROTOFIX_FIELD(byPreRecord),
+                PROTOFIX_FIELD(byReserved),
+                PROTOFIX_FIELD(byVideoStream),
+                PROTOFIX_FIELD(reserved))
+
+PROTOFIX_RECORD(KZ_NAS_TSECT,
+                PROTOFIX_FIELD(stSect),
+                PROTOFIX_FIELD(byFlag0),
+                PROTOFIX_FIELD(byFlag1),
+                PROTOFIX_FIELD(byFlag2),
+                PROTOFIX_FIELD(reserved))
+
+PROTOFIX_RECORD(KZDEV_NAS_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(bEnable),
+                PROTOFIX_FIELD(szAddress),
+                PROTOFIX_PAD(1),  // to the 2-byte alignment of wPort
+                PROTOFIX_FIELD(wPort),
+                PROTOFIX_FIELD(szDirectory),
+                PROTOFIX_FIELD(szUserName),
+                PROTOFIX_FIELD(szPassword),
+                PROTOFIX_FIELD(nFileLength),
+                PROTOFIX_FIELD(nInterval),
+                PROTOFIX_FIELD(stChnTime),
+                PROTOFIX_FIELD(byProtocol),
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(szSubDirectory))
+
+PROTOFIX_RECORD(KZDEV_STORAGEGROUP_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(byOverWrite),
+                PROTOFIX_FIELD(reserved))
+
 
 // ---- records/device.h
 
@@ -369,6 +405,10 @@ const std::vector<const Descriptor*>& AllDescriptors() {
 
 
         // records/storage.h
+        &DescriptorOf<KZDEV_RECORD_CFG>(),
+        &DescriptorOf<KZ_NAS_TSECT>(),
+        &DescriptorOf<KZDEV_NAS_CFG>(),
+        &DescriptorOf<KZDEV_STORAGEGROUP_CFG>(),
 
 
         // records/device.h
