@@ -52,12 +52,6 @@ TEST(HealthMailParse, SecondsBecomeMinutes) {
     EXPECT_EQ(none.Text(), Written(R"({"HealthMail":{"En":1},"X":1})"));
 }
 
-TEST(HealthMailRoundTrip, NinetySecondsComeBackAsSixty) {
-    F5Buffer buffer(R"({"HealthMail":{"En":1,"Interval":10}})");
-    ASSERT_EQ(buffer.Merge("HealthMail", R"({"HealthReport":{"Interval":90}})"), 1);
-    EXPECT_EQ(TableOfF5("HealthMail", buffer.Text()), ParseJson(R"({"HealthReport":{"Enable":true,"Interval":60}})"));
-}
-
 // Only text mode; missing buffers, unreadable text and a text the buffer cannot hold are refused
 // with the buffer as it was.
 TEST(HealthMailRefusals, RecordModeBuffersAndCapacity) {

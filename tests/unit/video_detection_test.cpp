@@ -231,17 +231,6 @@ TEST(MotionTextParse, RowsWiderThanTheBuffer) {
     }
 }
 
-// The F5 text, its table and the text merged from that table again: the grid comes back as it was.
-TEST(MotionTextRoundTrip, RowTextsSurvive) {
-    const std::string f5 = R"({"MotionDetect":{"En":1,"Level":50,"Row":2,"Col":4,)"
-                           R"("Region":[{"En":"0011"},{"En":"1001"}]}})";
-    const Json::Value table = TableOfF5("MotionDetect", f5);
-    EXPECT_EQ(table["Region"], ParseJson("[3, 9]"));
-    F5Buffer buffer(f5);
-    ASSERT_EQ(buffer.Merge("MotionDetect", Json::FastWriter().write(table)), 1);
-    EXPECT_EQ(buffer.Document(), ParseJson(f5));
-}
-
 TEST(DetectionTextParse, LevelBySection) {
     const char* const table = R"({"Enable":true,"Level":300,"Col":4,"Row":3})";
     struct Case { const char* section; const char* merged; };
