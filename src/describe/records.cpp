@@ -270,6 +270,51 @@ PROTOFIX_RECORD(KZDEV_ALARMIN_CFG,
                 PROTOFIX_FIELD(timeSections),
                 PROTOFIX_FIELD(handler))
 
+PROTOFIX_RECORD(KZ_STORAGE_EVENT,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(lowerLimit),
+                PROTOFIX_PAD(2),  // to the 4-byte alignment of timeSections
+                PROTOFIX_FIELD(timeSections),
+                PROTOFIX_FIELD(handler))
+
+PROTOFIX_RECORD(KZDEV_STORAGE_ALARM_CFG,
+                PROTOFIX_FIELD(notExist),
+                PROTOFIX_FIELD(lowSpace),
+                PROTOFIX_FIELD(failure))
+
+PROTOFIX_RECORD(KZDEV_NETABORT_CFG,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_PAD(3),  // to the 4-byte alignment of handler
+                PROTOFIX_FIELD(handler))
+
+PROTOFIX_RECORD(KZDEV_CONFLICT_CFG,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_PAD(3),  // to the 4-byte alignment of handler
+                PROTOFIX_FIELD(handler))
+
+PROTOFIX_RECORD(KZDEV_MOTION_DETECT_CFG,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_PAD(1),  // to the 2-byte alignment of level
+                PROTOFIX_FIELD(level),
+                PROTOFIX_FIELD(rows),
+                PROTOFIX_FIELD(cols),
+                PROTOFIX_FIELD(region),
+                PROTOFIX_FIELD(timeSections),
+                PROTOFIX_FIELD(handler))
+
+PROTOFIX_RECORD(KZDEV_LOSS_DETECT_CFG,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_PAD(3),  // to the 4-byte alignment of timeSections
+                PROTOFIX_FIELD(timeSections),
+                PROTOFIX_FIELD(handler))
+
+PROTOFIX_RECORD(KZDEV_BLIND_DETECT_CFG,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(level),
+                PROTOFIX_PAD(2),  // to the 4-byte alignment of timeSections
+                PROTOFIX_FIELD(timeSections),
+                PROTOFIX_FIELD(handler))
+
 // ---- records/media.h
 
 
@@ -397,6 +442,13 @@ const std::vector<const Descriptor*>& AllDescriptors() {
         &DescriptorOf<KZ_MSG_HANDLE_EX>(),
         &DescriptorOf<KZ_MSG_HANDLE>(),
         &DescriptorOf<KZDEV_ALARMIN_CFG>(),
+        &DescriptorOf<KZ_STORAGE_EVENT>(),
+        &DescriptorOf<KZDEV_STORAGE_ALARM_CFG>(),
+        &DescriptorOf<KZDEV_NETABORT_CFG>(),
+        &DescriptorOf<KZDEV_CONFLICT_CFG>(),
+        &DescriptorOf<KZDEV_MOTION_DETECT_CFG>(),
+        &DescriptorOf<KZDEV_LOSS_DETECT_CFG>(),
+        &DescriptorOf<KZDEV_BLIND_DETECT_CFG>(),
 
         // records/media.h
 

@@ -1,4 +1,5 @@
-/* Records of the alarm and event sections: time sections, the event linkage and alarm inputs. */
+/* Records of the alarm and event sections: time sections, the event linkage, alarm inputs,
+   fault events and video detection. */
 #ifndef PROTOFIX_RECORDS_ALARM_H
 #define PROTOFIX_RECORDS_ALARM_H
 
@@ -107,6 +108,63 @@ typedef struct KZDEV_ALARMIN_CFG {
     tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
     KZ_MSG_HANDLE_EX handler;
 } KZDEV_ALARMIN_CFG;
+
+/* One storage fault: "StorageNotExist", "StorageLowSpace" or "StorageFailure". 2136 bytes. */
+typedef struct KZ_STORAGE_EVENT {
+    unsigned char enable;
+    unsigned char lowerLimit;    /* free-space limit; the low-space block only */
+    tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
+    KZ_MSG_HANDLE_EX handler;
+} KZ_STORAGE_EVENT;
+
+/* The three storage faults in one record; each section converts only its own block. */
+typedef struct KZDEV_STORAGE_ALARM_CFG {
+    KZ_STORAGE_EVENT notExist;
+    KZ_STORAGE_EVENT lowSpace;
+    KZ_STORAGE_EVENT failure;
+} KZDEV_STORAGE_ALARM_CFG;
+
+/* "NetAbort": the network is disconnected. */
+typedef struct KZDEV_NETABORT_CFG {
+    unsigned char enable;
+    KZ_MSG_HANDLE_EX handler;
+} KZDEV_NETABORT_CFG;
+
+/* "IPConflict" and "MacConflict": an address conflict, with the older linkage record. */
+typedef struct KZDEV_CONFLICT_CFG {
+    unsigned char enable;
+    KZ_MSG_HANDLE handler;
+} KZDEV_CONFLICT_CFG;
+
+/* The motion detection grid: at most 32 rows of 32 cells. */
+#define KZ_MOTION_ROWS 32
+#define KZ_MOTION_COLS 32
+
+/* "MotionDetect": motion in the cells of a grid. */
+typedef struct KZDEV_MOTION_DETECT_CFG {
+    unsigned char enable;
+    unsigned short level;        /* sensitivity */
+    unsigned short rows;         /* rows of the grid in use */
+    unsigned short cols;         /* columns in use */
+    unsigned char region[KZ_MOTION_ROWS][KZ_MOTION_COLS];  /* [row][col]: 1 detect, 0 not */
+    tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
+    KZ_MSG_HANDLE_EX handler;
+} KZDEV_MOTION_DETECT_CFG;
+
+/* "LossDetect": the video signal is lost. */
+typedef struct KZDEV_LOSS_DETECT_CFG {
+    unsigned char enable;
+    tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
+    KZ_MSG_HANDLE_EX handler;
+} KZDEV_LOSS_DETECT_CFG;
+
+/* "BlindDetect": the camera is covered. */
+typedef struct KZDEV_BLIND_DETECT_CFG {
+    unsigned char enable;
+    unsigned char level;         /* sensitivity */
+    tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
+    KZ_MSG_HANDLE_EX handler;
+} KZDEV_BLIND_DETECT_CFG;
 
 #ifdef __cplusplus
 }
