@@ -57,6 +57,35 @@ public:
     static void Binary_HandleExToHandle(const KZ_MSG_HANDLE_EX& from, KZ_MSG_HANDLE& to);
     static void Binary_HandleToHandleEx(const KZ_MSG_HANDLE& from, KZ_MSG_HANDLE_EX& to);
 
+    // Media words: the codes of the encoder records and the words of the tables. The failure
+    // values differ by converter and are kept: -1 for an unknown profile or bit-rate-control
+    // word, 0 (a valid code) for an unknown audio, white-balance or signal-format word, an empty
+    // string for an unknown profile, bit-rate-control or audio code.
+    // Profile 1..4: "Baseline", "Main", "Extended", "High" (the word compared without regard to case).
+    static std::string Video_H264(int profile);
+    static int Video_H264(const std::string& word);
+    // 0 "CBR", 1 "VBR".
+    static std::string Video_BitRateControl(int control);
+    static int Video_BitRateControl(const std::string& word);
+    // Image-size code from width and height under the video standard (0 PAL, 1 NTSC); size is
+    // left as it was when no row matches, so callers preset it.
+    static void Video_WHTo_ImageSize(int& size, int standard, int width, int height);
+    // Width and height of an image-size code; both left as they were for an unknown code.
+    static void Video_ImageSize_ToWH(int size, int standard, int& width, int& height);
+    // 0 "G.711A", 1 "PCM", 2 "G.711Mu", 3 "AMR", 4 "AAC".
+    static std::string Audio_Compression(int code);
+    static int Audio_Compression(const std::string& word);
+    // The earlier protocol's audio words ("G711A", "G711U") to the table's and back; any other
+    // value is copied. 0 (out untouched) when in is null, else 1. out may be in itself.
+    static int ConvertAudioFormatF5ToF6(const Json::Value& in, Json::Value& out);
+    static int ConvertAudioFormatF6ToF5(const Json::Value& in, Json::Value& out);
+    // White balance 0..11 ("Disable" for a code above 11, 0 for an unknown word).
+    static unsigned char ConvertWhiteBalanceToByte(const std::string& word);
+    static std::string ConvertWhiteBalanceToString(unsigned char code);
+    // Signal format 0..5 ("Inside" for a code above 5, 0 for an unknown word).
+    static unsigned char ConvertSignalFormatToByte(const std::string& word);
+    static std::string ConvertSignalFormatToString(unsigned char code);
+
 private:
 #define PROTOFIX_SECTION(name, suffix, record, modes) \
     int Packet_##suffix(Json::Value& table);          \
@@ -77,5 +106,11 @@ private:
     unsigned long long m_spare[2];
     PROTOCOL_FIX_INFO m_info;
 };
+
+// Video compression words ("MPEG4" ... "SVAC") of tagNET_EM_VIDEO_COMPRESSION. The word of a
+// code 0..9 is assigned to target, which another code leaves as it was; the code of a word,
+// compared exactly, or -1.
+void ConvertVideoCompressionEnumToJson(tagNET_EM_VIDEO_COMPRESSION code, Json::Value& target);
+int ConvertVideoCompressionJsonToEnum(const Json::Value& word);
 
 #endif

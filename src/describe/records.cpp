@@ -317,6 +317,102 @@ PROTOFIX_RECORD(KZDEV_BLIND_DETECT_CFG,
 
 // ---- records/media.h
 
+PROTOFIX_RECORD(KZ_VIDEOENC_OPT,
+                PROTOFIX_FIELD(videoEnable),
+                PROTOFIX_FIELD(bitRateControl),
+                PROTOFIX_FIELD(fps),
+                PROTOFIX_FIELD(compression),
+                PROTOFIX_FIELD(imageSize),
+                PROTOFIX_FIELD(quality),
+                PROTOFIX_FIELD(bitRate),
+                PROTOFIX_FIELD(audioEnable),
+                PROTOFIX_FIELD(audioCompression),
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(depth),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(profile),
+                PROTOFIX_FIELD(frequency),
+                PROTOFIX_FIELD(gop),
+                PROTOFIX_FIELD(reserved3))
+
+PROTOFIX_RECORD(KZDEV_ENCODE_CFG,
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(mainFormat),
+                PROTOFIX_FIELD(extraFormat),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(snapEnable),
+                PROTOFIX_FIELD(reserved3),
+                PROTOFIX_FIELD(snapFormat),
+                PROTOFIX_FIELD(reserved4))
+
+PROTOFIX_RECORD(KZ_VIDEO_COLOR,
+                PROTOFIX_FIELD(timeSection),
+                PROTOFIX_FIELD(brightness),
+                PROTOFIX_FIELD(contrast),
+                PROTOFIX_FIELD(saturation),
+                PROTOFIX_FIELD(hue),
+                PROTOFIX_FIELD(reserved))
+
+PROTOFIX_RECORD(KZDEV_VIDEO_COLOR_CFG,
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(color))
+
+PROTOFIX_RECORD(KZDEV_VIDEOIN_OPTIONS_CFG,
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(exposureSpeed),
+                PROTOFIX_FIELD(backlight),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(mirror),
+                PROTOFIX_FIELD(flip),
+                PROTOFIX_FIELD(reserved3),
+                PROTOFIX_FIELD(irisAuto),
+                PROTOFIX_FIELD(whiteBalance),
+                PROTOFIX_FIELD(signalFormat),
+                PROTOFIX_FIELD(rotate90),
+                PROTOFIX_FIELD(reserved4),
+                PROTOFIX_FIELD(exposureValue1),
+                PROTOFIX_FIELD(exposureValue2),
+                PROTOFIX_FIELD(reserved5),
+                PROTOFIX_FIELD(sunriseHour),
+                PROTOFIX_FIELD(sunriseMinute),
+                PROTOFIX_FIELD(sunriseSecond),
+                PROTOFIX_FIELD(sunsetHour),
+                PROTOFIX_FIELD(sunsetMinute),
+                PROTOFIX_FIELD(sunsetSecond),
+                PROTOFIX_FIELD(nightWhiteBalance),
+                PROTOFIX_FIELD(nightGainRed),
+                PROTOFIX_FIELD(nightGainBlue),
+                PROTOFIX_FIELD(nightGainGreen),
+                PROTOFIX_FIELD(nightGain),
+                PROTOFIX_FIELD(nightGainAuto),
+                PROTOFIX_FIELD(nightBrightnessThreshold),
+                PROTOFIX_FIELD(nightReferenceLevel),
+                PROTOFIX_FIELD(nightExposureSpeed),
+                PROTOFIX_FIELD(nightExposureValue1),
+                PROTOFIX_FIELD(nightExposureValue2),
+                PROTOFIX_FIELD(reserved6),
+                PROTOFIX_FIELD(nightWideDynamicRange),
+                PROTOFIX_FIELD(reserved7),
+                PROTOFIX_FIELD(gainRed),
+                PROTOFIX_FIELD(gainBlue),
+                PROTOFIX_FIELD(gainGreen),
+                PROTOFIX_FIELD(flashMode),
+                PROTOFIX_FIELD(flashValue),
+                PROTOFIX_FIELD(flashPole),
+                PROTOFIX_FIELD(externalSyncPhase),
+                PROTOFIX_FIELD(flashPreValue),
+                PROTOFIX_FIELD(externalSync),
+                PROTOFIX_FIELD(reserved8),
+                PROTOFIX_FIELD(wideDynamicRange),
+                PROTOFIX_FIELD(reserved9))
+
+PROTOFIX_RECORD(KZDEV_VIDEO_STANDARD_CFG,
+                PROTOFIX_FIELD(videoStandard))
+
+PROTOFIX_RECORD(KZDEV_MEDIA_GLOBAL_CFG,
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(packetLength))
+
 
 // ---- records/overlay.h
 
@@ -451,6 +547,13 @@ const std::vector<const Descriptor*>& AllDescriptors() {
         &DescriptorOf<KZDEV_BLIND_DETECT_CFG>(),
 
         // records/media.h
+        &DescriptorOf<KZ_VIDEOENC_OPT>(),
+        &DescriptorOf<KZDEV_ENCODE_CFG>(),
+        &DescriptorOf<KZ_VIDEO_COLOR>(),
+        &DescriptorOf<KZDEV_VIDEO_COLOR_CFG>(),
+        &DescriptorOf<KZDEV_VIDEOIN_OPTIONS_CFG>(),
+        &DescriptorOf<KZDEV_VIDEO_STANDARD_CFG>(),
+        &DescriptorOf<KZDEV_MEDIA_GLOBAL_CFG>(),
 
 
         // records/overlay.h

@@ -7,6 +7,7 @@
 
 #include <json/json.h>
 
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
@@ -43,6 +44,17 @@ Json::Value* MemberToWrite(Json::Value& v, const char* key);
 Json::Value* MemberToWrite(Json::Value& v, const std::string& key);
 Json::Value* ElementToWrite(Json::Value& v, Json::ArrayIndex index);
 
+// The writing twin of Path: each key through MemberToWrite. Null when a value on the way has
+// another kind; the members on the way are created only when they are missing.
+inline Json::Value* PathToWrite(Json::Value& v, std::initializer_list<const char*> keys) {
+    Json::Value* at = &v;
+    for (const char* key : keys) {
+        if (at == nullptr) break;
+        at = MemberToWrite(*at, key);
+    }
+    return at;
+}
+
 // A key is present when its value is not null.
 inline bool Present(const Json::Value& v) { return !v.isNull(); }
 
@@ -68,6 +80,17 @@ Field Narrow(Value value) {
     static_assert(std::is_integral_v<Field> && std::is_integral_v<Value>, "integer fields only");
     using Unsigned = std::make_unsigned_t<Field>;
     return static_cast<Field>(static_cast<Unsigned>(value));
+}
+
+// A real into an integer field: its integer part, of which the field keeps its low bits as it
+// keeps those of an integer. A value that is not finite gives 0.
+template <class Field>
+Field WholePart(double value) {
+    if (!std::isfinite(value)) return 0;
+    // The remainder of the integer part by 2^16 keeps every bit a field of up to 16 bits holds,
+    // whatever the magnitude, and fits an int exactly.
+    static_assert(sizeof(Field) <= 2, "fields of up to 16 bits");
+    return Narrow<Field>(static_cast<int>(std::fmod(std::trunc(value), 65536.0)));
 }
 
 // ---- record to table --------------------------------------------------------------------------
