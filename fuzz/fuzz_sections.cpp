@@ -63,7 +63,8 @@ void Run(const Section& section, bool textMode, bool toTable, const std::string&
     void* target = textMode ? static_cast<void*>(buffer.data()) : static_cast<void*>(record.data());
     info.input = target;
     info.output = target;
-    info.outputLength = static_cast<int>(textMode ? buffer.size() : record.size());
+    info.inputLength = static_cast<int>(textMode ? buffer.size() : record.size());
+    info.outputLength = info.inputLength;
 
     CReqConfigProtocolFix request;
     request.SetRequestInfo(info);

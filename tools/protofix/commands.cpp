@@ -123,6 +123,8 @@ public:
         if (m_textMode) copy.push_back(0);
         info.input = copy.empty() ? nullptr : copy.data();
         info.inputLength = ClampToInt(input.size());
+        // "VideoInOptions" takes its record from the output slot on this side too.
+        if (!m_textMode) info.output = info.input;
         CReqConfigProtocolFix request;
         request.SetRequestId(m_settings.id);
         request.SetRequestInfo(info);
