@@ -3,6 +3,8 @@
 #include "record_view.h"
 #include "request_support.h"
 
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -260,6 +262,39 @@ TEST(PppoeAndNtp, ParseReadsWhatIsThereOfTheRightKind) {
     for (const Case& c : cases) {
         ExpectParse(VIEW_OF(KZDEV_NTP_CFG), ntp + c.type + "}", "NTP", c.table, 1, c.changes);
     }
+}
+
+}  // namespace
+
+namespace {
+
+// The bundled examples: each record gives its table, and the table read into a zero record gives
+// that table again.
+Json::Value ExampleFile(const std::string& file) {
+    const std::string source = __FILE__;
+    const std::string path = source.substr(0, source.rfind("/tests/")) + "/examples/" + file;
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    EXPECT_TRUE(in.good()) << path;
+    return ParseJson(text.str());
+}
+
+template <class Record>
+void ExpectExample(view::Typed<Record> type, const char* section, const std::string& file) {
+    const Json::Value table = ExampleFile(file + ".table.json");
+    const auto record = view::Build(type, Json::FastWriter().write(ExampleFile(file + ".record.json")));
+    EXPECT_EQ(Packet(section, record.get()).table(), table) << file;
+    auto back = support::Zeroed<Record>();
+    ASSERT_EQ(Parse(section, Json::FastWriter().write(table), back.get()), 1) << file;
+    EXPECT_EQ(Packet(section, back.get()).table(), table) << file;
+}
+
+TEST(NetworkExamples, RecordsGiveTheirTables) {
+    ExpectExample(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS", "ddns");
+    ExpectExample(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter", "accessfilter");
+    ExpectExample(VIEW_OF(KZDEV_REMOTE_DEVICE_CFG), "RemoteDevice", "remotedevice");
+    ExpectExample(VIEW_OF(KZDEV_WLAN_INFO), "WLan", "wlan");
 }
 
 }  // namespace
