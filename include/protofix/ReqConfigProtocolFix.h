@@ -57,6 +57,10 @@ public:
     static void Binary_HandleExToHandle(const KZ_MSG_HANDLE_EX& from, KZ_MSG_HANDLE& to);
     static void Binary_HandleToHandleEx(const KZ_MSG_HANDLE& from, KZ_MSG_HANDLE_EX& to);
 
+    // The stream-transfer policy between its record and the table's "StreamPolicy" word.
+    static int Packet_StreamPolicy(Json::Value& policy, KZDEV_TRANSFER_STRATEGY_CFG& cfg);
+    static int Parse_StreamPolicy(const Json::Value& policy, KZDEV_TRANSFER_STRATEGY_CFG& cfg);
+
     // Media words: the codes of the encoder records and the words of the tables. The failure
     // values differ by converter and are kept: -1 for an unknown profile or bit-rate-control
     // word, 0 (a valid code) for an unknown audio, white-balance or signal-format word, an empty

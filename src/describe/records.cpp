@@ -199,6 +199,121 @@ PROTOFIX_RECORD(KZDEV_IPV6_CFG,
                 PROTOFIX_FIELD(alternateDns),
                 PROTOFIX_PAD(3))  // to the 4-byte alignment of prefix
 
+PROTOFIX_RECORD(KZ_DDNS_SERVER,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(protocol),
+                PROTOFIX_FIELD(address),
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(port),
+                PROTOFIX_FIELD(hostName),
+                PROTOFIX_FIELD(userName),
+                PROTOFIX_FIELD(password),
+                PROTOFIX_FIELD(keepAlive),
+                PROTOFIX_FIELD(defaultHostNameInUse),
+                PROTOFIX_FIELD(defaultHostName),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(emailAddress),
+                PROTOFIX_FIELD(reserved3))
+
+PROTOFIX_RECORD(KZDEV_MULTI_DDNS_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(serverCount),
+                PROTOFIX_FIELD(servers))
+
+PROTOFIX_RECORD(KZDEV_IPIFILTER_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(listType),
+                PROTOFIX_FIELD(bannedCount),
+                PROTOFIX_FIELD(bannedAddresses),
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(trustedCount),
+                PROTOFIX_FIELD(trustedAddresses))
+
+PROTOFIX_RECORD(KZDEV_MAIL_CFG,
+                PROTOFIX_FIELD(address),
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(port),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(sendAddress),
+                PROTOFIX_FIELD(userName),
+                PROTOFIX_FIELD(password),
+                PROTOFIX_FIELD(receivers),
+                PROTOFIX_FIELD(title),
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(secureMode),
+                PROTOFIX_FIELD(sendInterval),
+                PROTOFIX_FIELD(anonymous),
+                PROTOFIX_FIELD(attachEnable))
+
+PROTOFIX_RECORD(KZDEV_ALARMCENTER_CFG,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(port),
+                PROTOFIX_FIELD(address),
+                PROTOFIX_FIELD(reportEnable),
+                PROTOFIX_FIELD(reportDay),
+                PROTOFIX_FIELD(reportHour))
+
+PROTOFIX_RECORD(KZDEV_NTP_CFG,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(port),
+                PROTOFIX_FIELD(ipAddress),
+                PROTOFIX_FIELD(domainName),
+                PROTOFIX_FIELD(addressType),
+                PROTOFIX_FIELD(updatePeriod),
+                PROTOFIX_FIELD(timeZone))
+
+PROTOFIX_RECORD(KZ_REGISTER_SERVER_ENTRY,
+                PROTOFIX_FIELD(ipAddress),
+                PROTOFIX_FIELD(port),
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(addressKind),
+                PROTOFIX_FIELD(domainName))
+
+PROTOFIX_RECORD(KZDEV_REGISTER_SERVER,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(serverCount),
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(servers),
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(deviceId),
+                PROTOFIX_PAD(3))  // to the 4-byte alignment of the record
+
+PROTOFIX_RECORD(KZDEV_TRANSFER_STRATEGY_CFG,
+                PROTOFIX_FIELD(leadingWord),
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_PAD(3),  // to the 4-byte alignment of strategy
+                PROTOFIX_FIELD(strategy))
+
+PROTOFIX_RECORD(KZ_REMOTE_DEVICE,
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(address),
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(port),
+                PROTOFIX_FIELD(protocolType),
+                PROTOFIX_FIELD(userName),
+                PROTOFIX_FIELD(password),
+                PROTOFIX_FIELD(name),
+                PROTOFIX_FIELD(deviceClass),
+                PROTOFIX_FIELD(reserved2))
+
+PROTOFIX_RECORD(KZDEV_REMOTE_DEVICE_CFG,
+                PROTOFIX_FIELD(deviceCount),
+                PROTOFIX_FIELD(devices))
+
+PROTOFIX_RECORD(KZDEV_WLAN_INFO,
+                PROTOFIX_FIELD(disabled),
+                PROTOFIX_FIELD(ssid),
+                PROTOFIX_FIELD(linkMode),
+                PROTOFIX_FIELD(encryption),
+                PROTOFIX_FIELD(keyType),
+                PROTOFIX_FIELD(keyId),
+                PROTOFIX_FIELD(keys),
+                PROTOFIX_FIELD(keyFlag))
+
 // ---- records/alarm.h
 
 PROTOFIX_RECORD(tagKZ_TSECT,
@@ -532,6 +647,18 @@ const std::vector<const Descriptor*>& AllDescriptors() {
         &DescriptorOf<KZDEV_RTSP_CFG>(),
         &DescriptorOf<KZDEV_NET_CFG>(),
         &DescriptorOf<KZDEV_IPV6_CFG>(),
+        &DescriptorOf<KZ_DDNS_SERVER>(),
+        &DescriptorOf<KZDEV_MULTI_DDNS_CFG>(),
+        &DescriptorOf<KZDEV_IPIFILTER_CFG>(),
+        &DescriptorOf<KZDEV_MAIL_CFG>(),
+        &DescriptorOf<KZDEV_ALARMCENTER_CFG>(),
+        &DescriptorOf<KZDEV_NTP_CFG>(),
+        &DescriptorOf<KZ_REGISTER_SERVER_ENTRY>(),
+        &DescriptorOf<KZDEV_REGISTER_SERVER>(),
+        &DescriptorOf<KZDEV_TRANSFER_STRATEGY_CFG>(),
+        &DescriptorOf<KZ_REMOTE_DEVICE>(),
+        &DescriptorOf<KZDEV_REMOTE_DEVICE_CFG>(),
+        &DescriptorOf<KZDEV_WLAN_INFO>(),
         // records/alarm.h
         &DescriptorOf<tagKZ_TSECT>(),
         &DescriptorOf<KZ_PTZ_LINK>(),

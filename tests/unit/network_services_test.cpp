@@ -1,0 +1,300 @@
+// "DDNS", "AccessFilter", "Email", "AlarmServer", "PPPoE" and "NTP" through the request API, on
+// records at their exact size on the heap.
+#include "record_view.h"
+#include "request_support.h"
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using support::Packet;
+using support::Parse;
+using support::ParseJson;
+using view::ExpectParse;
+
+namespace {
+
+const std::string k64u(64, 'u');
+const std::string k64p(64, 'p');
+
+template <class Record>
+void ExpectTable(view::Typed<Record> type, const char* section, const std::string& record,
+                 const std::string& table) {
+    const auto cfg = view::Build(type, record);
+    EXPECT_EQ(Packet(section, cfg.get()).table(), ParseJson(table)) << section << " " << record;
+}
+
+// Every section of the family refuses a mode other than the record and a null record, in both
+// directions, before it writes anything.
+TEST(NetworkFamily, RefusesTextModeAndNullRecords) {
+    const char* names[] = {"DDNS", "AccessFilter", "Email", "AlarmServer", "PPPoE", "NTP",
+                           "DVRIP_NET", "DVRIP_REGISTER", "DVRIP_TRANS", "RemoteDevice", "WLan"};
+    std::vector<unsigned char> record(20000, 0x41);
+    const std::vector<unsigned char> before = record;
+    const std::string table = R"({"Enable":true,"StreamPolicy":"Quality","wlan0":{},"RegisterServer":{}})";
+    for (const char* name : names) {
+        for (const auto& [output, mode] : {std::pair<void*, int>{record.data(), 1}, {record.data(), 2},
+                                           {nullptr, 0}}) {
+            const support::Envelope envelope = Packet(name, output, mode);
+            EXPECT_FALSE(envelope.result()) << name << " mode " << mode;
+            EXPECT_TRUE(envelope.table().isNull()) << name << " mode " << mode;
+            EXPECT_EQ(Parse(name, table, output, static_cast<int>(record.size()), mode), -1) << name;
+        }
+    }
+    EXPECT_EQ(record, before);
+}
+
+TEST(NetworkServices, PacketWritesTheDeviceTable) {
+    // DDNS: the old provider name, minutes of keep-alive rounded down, the user name and the
+    // password read on into the fields after them with the width of a host name.
+    ExpectTable(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS", "{}", "null");
+    ExpectTable(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
+                R"({"serverCount":1,"servers":[{"enable":1,"protocol":"torva ddns","address":"members.example.net",
+                    "port":80,"hostName":"cam.example.net","userName":"user","password":"pw","keepAlive":119,
+                    "defaultHostNameInUse":1,"defaultHostName":"d.example","emailAddress":"a@b.c"}]})",
+                R"([{"Enable":true,"Protocol":"KZDDNS","Address":"members.example.net","Port":80,"UserName":"user",
+                     "Password":"pw","KeepAlive":1,"HostName":"cam.example.net",
+                     "DefaultHostName":{"Enable":true,"HostName":"d.example"},"EmailAddress":"a@b.c"}])");
+    ExpectTable(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
+                R"({"serverCount":2,"servers":[{"keepAlive":-60,"protocol":"TORVA DDNS2"},
+                    {"enable":2,"protocol":")" + std::string(32, 'P') + R"(","address":")" + std::string(256, 'a') +
+                    R"(","userName":")" + k64u + R"(","password":")" + k64p + R"(","keepAlive":1094795585,
+                    "defaultHostNameInUse":2,"defaultHostName":"unused"}]})",
+                R"([{"Enable":false,"Protocol":"TORVA DDNS2","Address":"","Port":0,"UserName":"","Password":"",
+                     "KeepAlive":71582787,"HostName":"","DefaultHostName":{"Enable":false,"HostName":""},
+                     "EmailAddress":""},
+                    {"Enable":false,"Protocol":")" + std::string(32, 'P') + R"(","Address":")" +
+                    std::string(256, 'a') + R"(","Port":0,"UserName":")" + k64u + k64p + R"(AAAA\u0002unused",
+                     "Password":")" + k64p + R"(AAAA\u0002unused","KeepAlive":18246593,"HostName":"",
+                     "DefaultHostName":{"Enable":false,"HostName":""},"EmailAddress":""}])");
+
+    ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter",
+                R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["10.0.0.1","1111111111111111"]})",
+                R"({"Enable":true,"Type":"BannedList","TrustList":[],"BannedList":["10.0.0.1","1111111111111111"]})");
+    ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter",
+                R"({"enable":2,"listType":2,"trustedCount":1,"trustedAddresses":["192.168.1.0"]})",
+                R"({"Enable":false,"TrustList":["192.168.1.0"],"BannedList":[]})");
+    ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter", "{}",
+                R"({"Enable":false,"Type":"TrustList","TrustList":[],"BannedList":[]})");
+
+    ExpectTable(VIEW_OF(KZDEV_MAIL_CFG), "Email",
+                R"({"address":"smtp.example.com","port":465,"sendAddress":"nvr@example.com","userName":"nvr",
+                    "password":"secret","receivers":["ops@example.com"],"title":"Alarm","enable":1,"secureMode":1,
+                    "sendInterval":30,"attachEnable":1})",
+                R"({"Enable":true,"SslEnable":true,"TlsEnable":false,"Address":"smtp.example.com","Port":465,
+                    "UserName":"nvr","Password":"secret","Anonymous":false,"SendAddress":"nvr@example.com",
+                    "Receivers":["ops@example.com"],"Title":"Alarm","AttachEnable":true,"SendInterv":30})");
+    // Only the receivers that are set; a full third one reads on into the title.
+    ExpectTable(VIEW_OF(KZDEV_MAIL_CFG), "Email",
+                R"({"secureMode":2,"receivers":["","b@x",")" + std::string(128, 'r') + R"("],"title":"T",
+                    "anonymous":1,"enable":2,"sendInterval":65535})",
+                R"({"Enable":false,"SslEnable":false,"TlsEnable":true,"Address":"","Port":0,"UserName":"",
+                    "Password":"","Anonymous":true,"SendAddress":"","Receivers":[null,"b@x",")" +
+                    std::string(128, 'r') + R"(T"],"Title":"T","AttachEnable":false,"SendInterv":65535})");
+    ExpectTable(VIEW_OF(KZDEV_MAIL_CFG), "Email", R"({"secureMode":3})",
+                R"({"Enable":false,"SslEnable":false,"TlsEnable":false,"Address":"","Port":0,"UserName":"",
+                    "Password":"","Anonymous":false,"SendAddress":"","Title":"","AttachEnable":false,"SendInterv":0})");
+
+    ExpectTable(VIEW_OF(KZDEV_ALARMCENTER_CFG), "AlarmServer",
+                R"({"enable":1,"address":"10.0.0.9","port":7200,"reportEnable":1,"reportDay":1,"reportHour":23})",
+                R"({"Enable":true,"Address":"10.0.0.9","Port":7200,"ReportWeekDay":7,"ReportTime":"23:0:0"})");
+
+    ExpectTable(VIEW_OF(KZDEV_NET_CFG), "PPPoE",
+                R"({"pppoeEnable":1,"pppoeUserName":"dsl-user","pppoePassword":")" + std::string(32, 'p') + R"("})",
+                R"({"Enable":true,"UserName":"dsl-user","Password":")" + std::string(32, 'p') + R"("})");
+    ExpectTable(VIEW_OF(KZDEV_NET_CFG), "PPPoE", R"({"pppoeEnable":2})",
+                R"({"Enable":false,"UserName":"","Password":""})");
+
+    const std::string ntp = R"({"enable":1,"port":123,"ipAddress":"192.168.1.1","domainName":"pool.example.org",
+                                "updatePeriod":10,"timeZone":13,"addressType":)";
+    const std::string ntpTable = R"({"Enable":true,"TimeZone":13,"Port":123,"UpdatePeriod":10,"Address":)";
+    ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "0}", ntpTable + R"("192.168.1.1"})");
+    ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "1}", ntpTable + R"("pool.example.org"})");
+    ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "2}", ntpTable + R"(""})");
+}
+
+TEST(NetworkServices, ListsStopAtTheRecordsCapacity) {
+    auto ddns = support::Zeroed<KZDEV_MULTI_DDNS_CFG>();
+    ddns->serverCount = 12;
+    EXPECT_EQ(Packet("DDNS", ddns.get()).table().size(), 10u);
+
+    auto filter = support::Zeroed<KZDEV_IPIFILTER_CFG>();
+    filter->trustedCount = 600;
+    support::SetText(filter->trustedAddresses[511], "10.0.1.255");
+    const Json::Value table = Packet("AccessFilter", filter.get()).table();
+    ASSERT_EQ(table["TrustList"].size(), 512u);
+    EXPECT_EQ(table["TrustList"][511], "10.0.1.255");
+
+    Json::Value banned(Json::arrayValue);
+    for (int k = 0; k < 600; ++k) banned.append("10.0." + std::to_string(k / 256) + "." + std::to_string(k % 256));
+    Json::Value in;
+    in["BannedList"] = banned;
+    ASSERT_EQ(Parse("AccessFilter", Json::FastWriter().write(in), filter.get()), 1);
+    EXPECT_EQ(filter->bannedCount, 512u);
+    EXPECT_EQ(support::TextOf(filter->bannedAddresses[511]), "10.0.1.255");
+    EXPECT_EQ(filter->trustedCount, 0u);
+}
+
+// ReportWeekDay in the other day numbering; days outside 0 to 8 write none.
+TEST(AlarmServer, ReportDayBothWays) {
+    struct Case { int reportEnable, reportDay; const char* weekDay; };  // weekDay "" when absent
+    const Case packets[] = {{0, 3, "-1"}, {1, 0, "-1"}, {1, 1, "7"}, {1, 2, "0"},
+                            {1, 8, "6"},  {1, 9, ""},   {1, -1, ""}, {2, 5, "3"}};
+    for (const Case& c : packets) {
+        auto cfg = support::Zeroed<KZDEV_ALARMCENTER_CFG>();
+        cfg->reportEnable = c.reportEnable;
+        cfg->reportDay = c.reportDay;
+        cfg->reportHour = -1;
+        const Json::Value table = Packet("AlarmServer", cfg.get()).table();
+        EXPECT_EQ(table.get("ReportWeekDay", "").asString(), c.weekDay) << c.reportEnable << " " << c.reportDay;
+        EXPECT_EQ(table["ReportTime"], "-1:0:0");
+    }
+
+    const std::string seed = R"({"port":1,"address":"old","reportEnable":1,"reportDay":5,"reportHour":6})";
+    struct ParseCase { const char *table, *changes; };
+    const ParseCase parses[] = {
+        {R"({"ReportWeekDay":-1})", R"({"reportEnable":0,"reportDay":0})"},
+        {R"({"ReportWeekDay":7})", R"({"reportEnable":1,"reportDay":1})"},
+        {R"({"ReportWeekDay":9})", R"({"reportEnable":1,"reportDay":11})"},
+        {R"({"ReportWeekDay":0,"ReportTime":"8:30:00"})", R"({"reportDay":2,"reportHour":8})"},
+        {R"({"ReportWeekDay":6,"ReportTime":"08:30"})", R"({"reportDay":8})"},
+        {R"({"ReportTime":8})", "{}"},
+        {R"({"Enable":true,"Address":"192.168.100.200.1","Port":65536})",
+         R"({"enable":1,"address":"192.168.100.200","port":0})"},
+    };
+    for (const ParseCase& c : parses) ExpectParse(VIEW_OF(KZDEV_ALARMCENTER_CFG), seed, "AlarmServer", c.table, 1, c.changes);
+}
+
+TEST(Ddns, ParseKeepsTheDevicesBoundsAndClears) {
+    const std::string seed = R"({"serverCount":3,"servers":[{"userName":"uuuuuuuu","password":")" +
+                             std::string(40, 'p') + R"(","address":"old","defaultHostNameInUse":1,
+                             "defaultHostName":")" + std::string(30, 'h') + R"(","keepAlive":5},
+                             {"hostName":"keep"},{"hostName":"keep"}]})";
+    std::string table = R"([{"Enable":true,"Address":"ddns.example.org","Port":8080,"UserName":"ab","Password":"xy",
+        "KeepAlive":2,"HostName":"h.example.org","Protocol":"Torva DDNS",
+        "DefaultHostName":{"Enable":false,"HostName":"ignored"},"EmailAddress":"m@example.org"},
+        null,{"Port":1,"Password":")" + std::string(40, 'q') + R"("},
+        {"DefaultHostName":{"Enable":true,"HostName":")" + std::string(70, 'x') + R"("}},{"KeepAlive":-1})";
+    for (int i = 5; i < 12; ++i) table += R"(,{"Port":)" + std::to_string(i) + "}";
+    table += "]";
+    const auto cfg = ExpectParse(VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", table, 1,
+        R"({"serverCount":10,"servers":[{"enable":1,"address":"ddns.example.org","port":8080,"userName":"ab",
+            "password":"xy","keepAlive":120,"hostName":"h.example.org","protocol":"KZDDNS",
+            "defaultHostNameInUse":0,"defaultHostName":"","emailAddress":"m@example.org"},{},
+            {"port":1,"password":")" + std::string(31, 'q') + R"("},
+            {"defaultHostNameInUse":1,"defaultHostName":")" + std::string(59, 'x') + R"("},{"keepAlive":-60},
+            {"port":5},{"port":6},{"port":7},{"port":8},{"port":9}]})");
+    // The user name is written over, the password's first 16 bytes and the default host name's
+    // first 16 bytes are cleared: what lies after them stays.
+    const KZ_DDNS_SERVER& s = cfg->servers[0];
+    EXPECT_EQ(std::string(s.userName, 8), std::string("ab\0uuuuu", 8));
+    EXPECT_EQ(std::string(s.password, 40), std::string("xy") + std::string(14, '\0') + std::string(24, 'p'));
+    EXPECT_EQ(std::string(s.defaultHostName, 30), std::string(16, '\0') + std::string(14, 'h'));
+    EXPECT_EQ(std::string(s.address, 20), std::string("ddns.example.org") + std::string(4, '\0'));
+
+    for (const char* notAList : {R"({"0":{"Port":1}})", "[]"}) {
+        ExpectParse(VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", notAList, 1, R"({"serverCount":0})");
+    }
+}
+
+TEST(AccessFilter, ParseResetsBothCounts) {
+    const std::string seed = R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["1.1.1.1","2.2.2.2"],
+        "trustedCount":3,"trustedAddresses":["3.3.3.3","4.4.4.4","5.5.5.5"]})";
+    struct Case { const char *table, *changes; };
+    const Case cases[] = {
+        {"{}", R"({"trustedCount":0,"bannedCount":0})"},
+        {R"({"Enable":false,"Type":"trustlist","TrustList":["9.9.9.9",7,"10.10.10.10.10.10"]})",
+         R"({"enable":0,"listType":0,"trustedCount":3,"bannedCount":0,
+             "trustedAddresses":["9.9.9.9","4.4.4.4","10.10.10.10.10."]})"},
+        {R"({"Type":"Other","BannedList":"1.2.3.4"})", R"({"trustedCount":0,"bannedCount":0})"},
+        {R"({"Type":"BANNEDLIST","BannedList":["6.6.6.6"]})",
+         R"({"trustedCount":0,"bannedCount":1,"bannedAddresses":["6.6.6.6"]})"},
+    };
+    for (const Case& c : cases) ExpectParse(VIEW_OF(KZDEV_IPIFILTER_CFG), seed, "AccessFilter", c.table, 1, c.changes);
+}
+
+// The keys form a chain: the first one missing ends the conversion.
+TEST(Email, ParseStopsAtTheFirstMissingKey) {
+    const std::string seed = R"({"address":"old.example","port":25,"userName":"olduser","password":"oldpass",
+        "sendAddress":"old@x","receivers":["r0","r1","r2"],"title":"old","secureMode":2,"sendInterval":5,
+        "anonymous":1,"attachEnable":1})";
+    const std::string head = R"("Address":"a","Port":1,"UserName":"u","Password":"p","Anonymous":true,"SendAddress":"s")";
+    const std::string headChanges = R"("address":"a","port":1,"userName":"u","password":"p","anonymous":1,"sendAddress":"s")";
+    struct Case { std::string table, changes; };
+    const Case cases[] = {
+        {"{}", "{}"},
+        {R"({"SslEnable":true,"Address":"a"})", "{}"},
+        {R"({"Enable":true,"Address":"smtp.example.com","UserName":"u"})",
+         R"({"enable":1,"secureMode":0,"address":"smtp.example.com"})"},
+        {R"({"Enable":true,"SslEnable":true,"TlsEnable":true,"Address":"a","Port":70000,"UserName":"u",
+             "Password":"p","Anonymous":false,"SendAddress":"s","Receivers":["x"],"Title":"t","AttachEnable":false,
+             "SendInterv":65537})",
+         R"({"enable":1,"secureMode":1,"address":"a","port":4464,"userName":"u","password":"p","anonymous":0,
+             "sendAddress":"s","receivers":["x"],"title":"t","attachEnable":0,"sendInterval":1})"},
+        {R"({"Enable":false,"TlsEnable":true,)" + head + R"(,"Receivers":"x","Title":"t"})",
+         R"({"enable":0,"secureMode":2,)" + headChanges + "}"},
+        {R"({"Enable":true,)" + head + R"(,"Receivers":[null,"y",")" + std::string(130, 'z') + R"("]})",
+         R"({"enable":1,"secureMode":0,)" + headChanges + R"(,"receivers":["","y",")" + std::string(127, 'z') + R"("]})"},
+    };
+    for (const Case& c : cases) ExpectParse(VIEW_OF(KZDEV_MAIL_CFG), seed, "Email", c.table, 1, c.changes);
+}
+
+TEST(PppoeAndNtp, ParseReadsWhatIsThereOfTheRightKind) {
+    const std::string pppoe = R"({"pppoeEnable":1,"pppoeUserName":"old","pppoePassword":"oldpass","httpPort":80})";
+    ExpectParse(VIEW_OF(KZDEV_NET_CFG), pppoe, "PPPoE",
+                R"({"Enable":false,"UserName":"dsl","Password":")" + std::string(40, 'p') + R"("})", 1,
+                R"({"pppoeEnable":0,"pppoeUserName":"dsl","pppoePassword":")" + std::string(31, 'p') + R"("})");
+    ExpectParse(VIEW_OF(KZDEV_NET_CFG), pppoe, "PPPoE", R"({"Enable":null,"UserName":null,"Port":1})", 1, "{}");
+
+    const std::string ntp = R"({"port":123,"ipAddress":"1.1.1.1","domainName":"old.example","updatePeriod":60,
+                               "addressType":)";
+    struct Case { const char *type, *table, *changes; };
+    const Case cases[] = {
+        {"0", R"({"Enable":true,"Port":"123","TimeZone":-8,"UpdatePeriod":30.5,"Address":"time.example"})",
+         R"({"enable":1,"timeZone":-8,"ipAddress":"time.example"})"},
+        {"1", R"({"Port":124,"UpdatePeriod":30,"Address":"time.example"})",
+         R"({"port":124,"updatePeriod":30,"domainName":"time.example"})"},
+        {"2", R"({"Address":")" "0123456789012345678901234567890123456789" R"("})",
+         R"({"ipAddress":"0123456789012345678901234567890"})"},
+        {"1", R"({"Address":5,"AddressType":0})", "{}"},
+    };
+    for (const Case& c : cases) {
+        ExpectParse(VIEW_OF(KZDEV_NTP_CFG), ntp + c.type + "}", "NTP", c.table, 1, c.changes);
+    }
+}
+
+}  // namespace
+
+namespace {
+
+// The bundled examples: each record gives its table, and the table read into a zero record gives
+// that table again.
+Json::Value ExampleFile(const std::string& file) {
+    const std::string source = __FILE__;
+    const std::string path = source.substr(0, source.rfind("/tests/")) + "/examples/" + file;
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    EXPECT_TRUE(in.good()) << path;
+    return ParseJson(text.str());
+}
+
+template <class Record>
+void ExpectExample(view::Typed<Record> type, const char* section, const std::string& file) {
+    const Json::Value table = ExampleFile(file + ".table.json");
+    const auto record = view::Build(type, Json::FastWriter().write(ExampleFile(file + ".record.json")));
+    EXPECT_EQ(Packet(section, record.get()).table(), table) << file;
+    auto back = support::Zeroed<Record>();
+    ASSERT_EQ(Parse(section, Json::FastWriter().write(table), back.get()), 1) << file;
+    EXPECT_EQ(Packet(section, back.get()).table(), table) << file;
+}
+
+TEST(NetworkExamples, RecordsGiveTheirTables) {
+    ExpectExample(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS", "ddns");
+    ExpectExample(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter", "accessfilter");
+    ExpectExample(VIEW_OF(KZDEV_REMOTE_DEVICE_CFG), "RemoteDevice", "remotedevice");
+    ExpectExample(VIEW_OF(KZDEV_WLAN_INFO), "WLan", "wlan");
+}
+
+}  // namespace
