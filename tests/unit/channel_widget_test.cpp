@@ -170,25 +170,9 @@ TEST(WatermarkText, Merge) {
     }
 }
 
-// A text that does not parse, or a merged text longer than the capacity: -1, buffer untouched.
-// A text exactly as long as the capacity loses its last character (the writer's newline); a
-// capacity two longer than the text holds it and its NUL.
 TEST(WatermarkText, MergeRefusals) {
-    const std::string f5 = R"({"WaterMark":{"En":0}})";
-    const std::string table = R"({"Enable":true})";
-    const std::string merged = Written(R"({"WaterMark":{"En":1}})");
-    struct Case { std::string f5; std::size_t capacity; int result; };
-    const Case cases[] = {
-        {"{", 64, -1}, {f5, merged.size() - 1, -1}, {f5, merged.size(), 1}, {f5, merged.size() + 2, 1},
-    };
-    for (const Case& c : cases) {
-        const overlay_support::Merged m = MergeF5("VideoWaterMark", c.f5, table, c.capacity);
-        EXPECT_EQ(m.result, c.result) << c.f5 << " capacity " << c.capacity;
-        EXPECT_EQ(m.unchanged, c.result == -1) << c.f5 << " capacity " << c.capacity;
-        if (c.result == 1) {
-            EXPECT_EQ(m.text, merged.substr(0, c.capacity - 1)) << c.capacity;
-        }
-    }
+    overlay_support::ExpectCapacityRule("VideoWaterMark", R"({"WaterMark":{"En":0}})", R"({"Enable":true})",
+                                        Written(R"({"WaterMark":{"En":1}})"));
 }
 
 }  // namespace

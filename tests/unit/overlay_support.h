@@ -34,6 +34,27 @@ inline std::string Written(const std::string& json) {
     return Json::FastWriter().write(support::ParseJson(json));
 }
 
+// The write-back rule, for a table that merged into f5 gives merged: a text that does not parse,
+// an empty one, or a merged text longer than the capacity is refused (-1) with the buffer as it
+// was; a text exactly as long as the capacity loses its last character (the writer's newline);
+// a capacity two longer holds the text and its NUL.
+inline void ExpectCapacityRule(const char* section, const std::string& f5, const std::string& table,
+                               const std::string& merged) {
+    struct Case { std::string f5; std::size_t capacity; int result; };
+    const Case cases[] = {
+        {"{", 64, -1}, {"", 64, -1}, {f5, merged.size() - 1, -1}, {f5, merged.size(), 1},
+        {f5, merged.size() + 2, 1},
+    };
+    for (const Case& c : cases) {
+        const Merged m = MergeF5(section, c.f5, table, c.capacity);
+        EXPECT_EQ(m.result, c.result) << section << ' ' << c.f5 << " capacity " << c.capacity;
+        EXPECT_EQ(m.unchanged, c.result == -1) << section << ' ' << c.f5 << " capacity " << c.capacity;
+        if (c.result == 1) {
+            EXPECT_EQ(m.text, merged.substr(0, c.capacity - 1)) << section << " capacity " << c.capacity;
+        }
+    }
+}
+
 }  // namespace overlay_support
 
 #endif

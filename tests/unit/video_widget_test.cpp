@@ -112,24 +112,10 @@ TEST(VideoWidget, Merge) {
     }
 }
 
-// A text that does not parse, or a merged text past the capacity: -1 and the buffer as it was.
 TEST(VideoWidget, MergeRefusals) {
-    const std::string table = R"({"ChannelTitle":{"EncodeBlend":false}})";
-    const std::string merged = Written(R"({"Encode":{"ChnTitle":{"Show":0}}})");
-    struct Case { std::string f5; std::size_t capacity; int result; };
-    const Case cases[] = {
-        {"{\"Encode\":", 64, -1}, {"", 64, -1},
-        {R"({"Encode":{"ChnTitle":{"Show":1}}})", merged.size() - 1, -1},
-        {R"({"Encode":{"ChnTitle":{"Show":1}}})", merged.size() + 2, 1},
-    };
-    for (const Case& c : cases) {
-        const overlay_support::Merged m = MergeF5("VideoWidget", c.f5, table, c.capacity);
-        EXPECT_EQ(m.result, c.result) << c.f5 << " capacity " << c.capacity;
-        EXPECT_EQ(m.unchanged, c.result == -1) << c.f5 << " capacity " << c.capacity;
-        if (c.result == 1) {
-            EXPECT_EQ(m.text, merged);
-        }
-    }
+    overlay_support::ExpectCapacityRule("VideoWidget", R"({"Encode":{"ChnTitle":{"Show":1}}})",
+                                        R"({"ChannelTitle":{"EncodeBlend":false}})",
+                                        Written(R"({"Encode":{"ChnTitle":{"Show":0}}})"));
 }
 
 }  // namespace
