@@ -83,19 +83,6 @@ TEST(ChannelTitle, ParseWritesAtMostTheOutputLength) {
     }
 }
 
-TEST(ChannelTitle, DefaultBufferRoundTrip) {
-    auto title = Zeroed<KZ_CHANNEL_TITLE>();
-    support::FillText(title->name, 'c');  // the whole width, no NUL
-    const Json::Value table = Packet("ChannelTitle", title.get()).table();
-    EXPECT_EQ(table["Name"], "");  // input length 0: nothing read
-    PROTOCOL_FIX_INFO info = support::Info("ChannelTitle");
-    info.input = title.get();
-    info.inputLength = sizeof(KZ_CHANNEL_TITLE);
-    EXPECT_EQ(support::Serialize(info).table()["Name"].asString(), std::string(64, 'c'));
-    ASSERT_EQ(Parse("ChannelTitle", R"({"Name":")" + std::string(70, 'd') + "\"}", title.get()), 1);
-    EXPECT_EQ(support::TextOf(title->name), std::string(63, 'd'));
-}
-
 // ---- VideoWidget_OSD -------------------------------------------------------------------------
 
 void SetColour(unsigned char (&colour)[4], unsigned char b0, unsigned char b1, unsigned char b2, unsigned char b3) {
@@ -265,18 +252,6 @@ TEST(VideoWidgetCover, NoCoversClearsThemAll) {
         ASSERT_EQ(Parse("VideoWidget_COVER", table, cfg.get()), 1);
         EXPECT_TRUE(SameBytes(*cfg, *expected)) << table;
     }
-}
-
-// The colour's byte order survives a round trip through the table.
-TEST(VideoWidgetCover, ColourRoundTrip) {
-    auto cfg = Zeroed<KZDEV_VIDEOWIDGET_COVER_CFG>();
-    cfg->maxCoverCount = cfg->coverCount = 1;
-    cfg->cover[0].frontColor = 0x281E140Au;
-    const Json::Value table = Packet("VideoWidget_COVER", cfg.get()).table();
-    auto back = Zeroed<KZDEV_VIDEOWIDGET_COVER_CFG>();
-    back->maxCoverCount = 16;
-    ASSERT_EQ(Parse("VideoWidget_COVER", Json::FastWriter().write(table), back.get()), 1);
-    EXPECT_EQ(back->cover[0].frontColor, 0x281E140Au);
 }
 
 }  // namespace
