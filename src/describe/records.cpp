@@ -531,6 +531,58 @@ PROTOFIX_RECORD(KZDEV_MEDIA_GLOBAL_CFG,
 
 // ---- records/overlay.h
 
+PROTOFIX_RECORD(KZ_CHANNEL_TITLE,
+                PROTOFIX_FIELD(name))
+
+PROTOFIX_RECORD(KZ_OSD_TITLE,
+                PROTOFIX_FIELD(frontColor),
+                PROTOFIX_FIELD(backColor),
+                PROTOFIX_FIELD(rect),
+                PROTOFIX_FIELD(previewBlend),
+                PROTOFIX_FIELD(encodeBlend),
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(text))
+
+PROTOFIX_RECORD(KZDEV_VIDEOWIDGET_OSD_CFG,
+                PROTOFIX_FIELD(reserved),
+                PROTOFIX_FIELD(title))
+
+PROTOFIX_RECORD(KZ_COVER,
+                PROTOFIX_FIELD(rect),
+                PROTOFIX_FIELD(frontColor),
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(encodeBlend),
+                PROTOFIX_FIELD(previewBlend),
+                PROTOFIX_FIELD(reserved2))
+
+PROTOFIX_RECORD(KZDEV_VIDEOWIDGET_COVER_CFG,
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(maxCoverCount),
+                PROTOFIX_FIELD(coverCount),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(cover))
+
+PROTOFIX_RECORD(KZDEV_VIDEOWIDGET_CHANNEL_CFG,
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(timeFrontColor),
+                PROTOFIX_FIELD(timeBackColor),
+                PROTOFIX_FIELD(timeRect),
+                PROTOFIX_FIELD(timeEncodeBlend),
+                PROTOFIX_FIELD(timeShowWeek),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(titleFrontColor),
+                PROTOFIX_FIELD(titleBackColor),
+                PROTOFIX_FIELD(titleRect),
+                PROTOFIX_FIELD(titleEncodeBlend),
+                PROTOFIX_FIELD(reserved3))
+
+PROTOFIX_RECORD(KZDEV_WATERMARK_CFG,
+                PROTOFIX_FIELD(reserved1),
+                PROTOFIX_FIELD(enable),
+                PROTOFIX_FIELD(reserved2),
+                PROTOFIX_FIELD(dataType),
+                PROTOFIX_FIELD(string))
+
 
 // ---- records/storage.h
 
@@ -684,6 +736,13 @@ const std::vector<const Descriptor*>& AllDescriptors() {
 
 
         // records/overlay.h
+        &DescriptorOf<KZ_CHANNEL_TITLE>(),
+        &DescriptorOf<KZ_OSD_TITLE>(),
+        &DescriptorOf<KZDEV_VIDEOWIDGET_OSD_CFG>(),
+        &DescriptorOf<KZ_COVER>(),
+        &DescriptorOf<KZDEV_VIDEOWIDGET_COVER_CFG>(),
+        &DescriptorOf<KZDEV_VIDEOWIDGET_CHANNEL_CFG>(),
+        &DescriptorOf<KZDEV_WATERMARK_CFG>(),
 
 
         // records/storage.h
