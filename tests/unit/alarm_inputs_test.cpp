@@ -128,20 +128,8 @@ TEST(AlarmTextPacket, SectionMemberBecomesTheTable) {
     EXPECT_EQ(handler["TimeSection"], ParseJson(R"([["1 00:00:00-23:59:59"]])"));
 }
 
-// An F5 buffer of exactly capacity bytes on the heap, holding text.
-struct F5Buffer {
-    F5Buffer(const std::string& text, std::size_t capacity) : bytes(capacity, '#') {
-        std::copy_n(text.begin(), std::min(text.size(), capacity), bytes.begin());
-        if (text.size() < capacity) bytes[text.size()] = '\0';
-    }
-    int Merge(const char* section, const std::string& table) {
-        return Parse(section, table, bytes.data(), static_cast<int>(bytes.size()), PROTOFIX_MODE_TEXT);
-    }
-    std::string Text() const { return std::string(bytes.data(), strnlen(bytes.data(), bytes.size())); }
-    std::vector<char> bytes;
-};
-
-std::string Written(const std::string& json) { return Json::FastWriter().write(ParseJson(json)); }
+using support::F5Buffer;
+using support::Written;
 
 // Only the keys the table holds are merged, into the section's own member; the rest of the
 // device's text is kept, and a table that is not an object leaves it as it was (written again).

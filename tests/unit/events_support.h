@@ -13,22 +13,8 @@
 
 namespace events_support {
 
-struct F5Buffer {
-    F5Buffer(const std::string& text, std::size_t capacity) : bytes(capacity, '#') {
-        std::copy_n(text.begin(), std::min(text.size(), capacity), bytes.begin());
-        if (text.size() < capacity) bytes[text.size()] = '\0';
-    }
-    explicit F5Buffer(const std::string& text) : F5Buffer(text, text.size() + 4096) {}
-    int Merge(const char* section, const std::string& table, int mode = PROTOFIX_MODE_TEXT) {
-        return support::Parse(section, table, bytes.data(), static_cast<int>(bytes.size()), mode);
-    }
-    std::string Text() const { return std::string(bytes.data(), strnlen(bytes.data(), bytes.size())); }
-    Json::Value Document() const { return support::ParseJson(Text()); }
-    std::vector<char> bytes;
-};
-
-// The compact writer's text of a JSON text: what a merge writes back.
-inline std::string Written(const std::string& json) { return Json::FastWriter().write(support::ParseJson(json)); }
+using support::F5Buffer;
+using support::Written;
 
 // Serializes an F5 text of the section; the table, or null when refused.
 inline Json::Value TableOfF5(const char* section, const std::string& f5) {

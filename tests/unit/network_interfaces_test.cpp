@@ -1,5 +1,6 @@
 // "Network", "Network_DNS", "RTSP", "Web", "Multicast" and "IPv6" through the request API.
 // Records are built and compared through their named-field view (describe/describe.h).
+#include "record_view.h"
 #include "request_support.h"
 
 #include "describe/describe.h"
@@ -18,26 +19,11 @@ using support::Zeroed;
 
 namespace {
 
-// A record of the named type at its exact size on the heap, zero but for the fields the view sets.
-std::vector<unsigned char> Record(const char* type, const std::string& view) {
-    const auto& descriptor = *FindDescriptor(type);
-    std::vector<unsigned char> record(descriptor.size);
-    std::string error;
-    EXPECT_TRUE(protofix::describe::FromJson(descriptor, ParseJson(view), record.data(), error)) << error;
-    return record;
+std::vector<unsigned char> Record(const char* type, const std::string& fields) {
+    return view::Bytes(type, fields);
 }
 
-// Lays the changes over the view: the members and elements that they name are replaced, an
-// unsigned field's number kept unsigned.
-void Overlay(Json::Value& view, const Json::Value& changes) {
-    if (!changes.isObject() && !changes.isArray()) {
-        view = view.type() == Json::uintValue ? Json::Value(changes.asUInt()) : changes;
-        return;
-    }
-    for (auto it = changes.begin(); it != changes.end(); ++it) {
-        Overlay(changes.isArray() ? view[it.index()] : view[it.name()], *it);
-    }
-}
+using view::Overlay;
 
 // Parses the table into a record set from the seed view; the result must be as given and the
 // record's whole view the seed's with the changes laid over it. Gives the record.

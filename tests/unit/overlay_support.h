@@ -29,10 +29,7 @@ inline Merged MergeF5(const char* section, const std::string& f5, const std::str
     return {result, std::string(buffer.data(), strnlen(buffer.data(), buffer.size())), buffer == before};
 }
 
-// The text that the compact writer gives for the JSON text: what a merge writes back.
-inline std::string Written(const std::string& json) {
-    return Json::FastWriter().write(support::ParseJson(json));
-}
+using support::Written;
 
 // The write-back rule, for a table that merged into f5 gives merged: a text that does not parse,
 // an empty one, or a merged text longer than the capacity is refused (-1) with the buffer as it

@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace view {
 
@@ -27,6 +28,16 @@ std::unique_ptr<Record> Build(Typed<Record> type, const std::string& fields) {
     auto record = support::Zeroed<Record>();
     std::string error;
     EXPECT_TRUE(protofix::describe::FromJson(type.descriptor, support::ParseJson(fields), record.get(), error))
+        << error;
+    return record;
+}
+
+// A zero record of the named type, at its exact size, with the fields that the view names set.
+inline std::vector<unsigned char> Bytes(const char* type, const std::string& fields) {
+    const auto& descriptor = *protofix::describe::FindDescriptor(type);
+    std::vector<unsigned char> record(descriptor.size);
+    std::string error;
+    EXPECT_TRUE(protofix::describe::FromJson(descriptor, support::ParseJson(fields), record.data(), error))
         << error;
     return record;
 }

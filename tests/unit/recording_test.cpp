@@ -1,5 +1,4 @@
 // "Record" and "RecordSource" through the request API, in record mode and in F5 text mode.
-#include "f5_buffer_support.h"
 #include "request_support.h"
 
 #include <algorithm>

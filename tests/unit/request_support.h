@@ -7,9 +7,11 @@
 #include <gtest/gtest.h>
 #include <json/json.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace support {
 
@@ -103,6 +105,26 @@ void SetText(char (&field)[N], const char* text) {
 
 template <std::size_t N>
 std::string TextOf(const char (&field)[N]) { return std::string(field, strnlen(field, N)); }
+
+// A caller's F5 text buffer of exactly its capacity on the heap: the text (cut to the capacity;
+// NUL-terminated when shorter), the bytes past it '#', so the sanitizers see any write past it.
+struct F5Buffer {
+    F5Buffer(const std::string& text, std::size_t capacity) : bytes(capacity, '#') {
+        std::copy_n(text.begin(), std::min(text.size(), capacity), bytes.begin());
+        if (text.size() < capacity) bytes[text.size()] = '\0';
+    }
+    explicit F5Buffer(const std::string& text) : F5Buffer(text, text.size() + 4096) {}
+    // Deserializes the table of the section into the buffer (in text mode unless told).
+    int Merge(const char* section, const std::string& table, int mode = PROTOFIX_MODE_TEXT) {
+        return Parse(section, table, bytes.data(), static_cast<int>(bytes.size()), mode);
+    }
+    std::string Text() const { return std::string(bytes.data(), strnlen(bytes.data(), bytes.size())); }
+    Json::Value Document() const { return ParseJson(Text()); }
+    std::vector<char> bytes;
+};
+
+// The compact writer's text of a JSON text: what a merge writes back.
+inline std::string Written(const std::string& json) { return Json::FastWriter().write(ParseJson(json)); }
 
 }  // namespace support
 

@@ -1,5 +1,4 @@
 // "NAS", "RemoteStorageLimit", "StorageGroup" and "StorageGlobal" through the request API.
-#include "f5_buffer_support.h"
 #include "request_support.h"
 
 #include <algorithm>

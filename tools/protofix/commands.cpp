@@ -508,6 +508,31 @@ void WarnUnusedOptions(const Options& options, const Section& section, const Req
     }
 }
 
+// The common part of deserialize and roundtrip: the section, the current reply it may read, the
+// request and the table converted. False, with failure, when any of them fails or the section
+// refuses the table.
+bool ConvertTable(const Options& options, std::string& current, const Section*& section,
+                  std::optional<Request>& request, Conversion& c, Failure& failure,
+                  Warnings& warnings) {
+    section = FindSection(options.section);
+    if (section == nullptr) {
+        failure = UnknownSection(options.section);
+        return false;
+    }
+    Json::Value ignored;
+    if (!options.current.empty() && !ReadJson(options.current, current, ignored, failure)) {
+        return false;
+    }
+    request.emplace(section->name, !options.f5.empty(),
+                    SettingsOf(options, options.current.empty() ? nullptr : &current));
+    if (!Convert(options, *section, *request, c, failure, warnings)) return false;
+    if (c.result != 1) {
+        failure = Refusal(options, *section, *request, c);
+        return false;
+    }
+    return true;
+}
+
 std::string Into(const Options& options) {
     return options.f5.empty() ? "the record" : "the F5 text";
 }
@@ -554,10 +579,13 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure, Wa
         failure = {kRefused, "the request envelope could not be written"};
         return failure.status;
     }
-    PrintJsonText(envelope, options.pretty, out);
-
     bool converted = false;
     const Json::Value table = EnvelopeTable(envelope, &converted);
+    if (options.tableOnly) {
+        out << FormatJson(table, options.pretty);
+    } else {
+        PrintJsonText(envelope, options.pretty, out);
+    }
     if (converted) {
         if (textMode && HoldsOnlyNulls(table)) {
             warnings.push_back(DisplayName(options.f5) + ": the F5 text holds nothing for section " +
@@ -590,25 +618,14 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure, Wa
 }
 
 Status Deserialize(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings) {
-    const Section* section = FindSection(options.section);
-    if (section == nullptr) {
-        failure = UnknownSection(options.section);
-        return failure.status;
-    }
     std::string current;
-    Json::Value ignored;
-    if (!options.current.empty() && !ReadJson(options.current, current, ignored, failure)) {
+    std::optional<Request> request;
+    const Section* section = nullptr;
+    Conversion c;
+    if (!ConvertTable(options, current, section, request, c, failure, warnings)) {
         return failure.status;
     }
     const bool textMode = !options.f5.empty();
-    const Request request(section->name, textMode,
-                          SettingsOf(options, options.current.empty() ? nullptr : &current));
-    Conversion c;
-    if (!Convert(options, *section, request, c, failure, warnings)) return failure.status;
-    if (c.result != 1) {
-        failure = Refusal(options, *section, request, c);
-        return failure.status;
-    }
 
     if (textMode) {
         PrintJsonText(BufferText(c.bytes), options.pretty, out);
@@ -616,7 +633,7 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure, 
         PrintRecord(options, *section, c.bytes, out);
     }
 
-    for (const Loss& loss : LossesOf(options, request, c)) {
+    for (const Loss& loss : LossesOf(options, *request, c)) {
         const std::string at = DisplayName(options.input) + ": " + FormatPath(loss.path);
         if (loss.kind == Loss::kNotRead) {
             const bool zeroStart = !textMode && options.base.empty();
@@ -643,7 +660,7 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure, 
             }
         }
     }
-    WarnUnusedOptions(options, *section, request,
+    WarnUnusedOptions(options, *section, *request,
                       {"--channel", "--id", "--standard", "--sub-mode", "--current"},
                       [&](const Request& other) {
                           Bytes bytes = c.start;
@@ -658,25 +675,14 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure, 
 }
 
 Status Roundtrip(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings) {
-    const Section* section = FindSection(options.section);
-    if (section == nullptr) {
-        failure = UnknownSection(options.section);
-        return failure.status;
-    }
     std::string current;
-    Json::Value ignored;
-    if (!options.current.empty() && !ReadJson(options.current, current, ignored, failure)) {
-        return failure.status;
-    }
-    const Request request(section->name, !options.f5.empty(),
-                          SettingsOf(options, options.current.empty() ? nullptr : &current));
+    std::optional<Request> request;
+    const Section* section = nullptr;
     Conversion c;
-    if (!Convert(options, *section, request, c, failure, warnings)) return failure.status;
-    if (c.result != 1) {
-        failure = Refusal(options, *section, request, c);
+    if (!ConvertTable(options, current, section, request, c, failure, warnings)) {
         return failure.status;
     }
-    const std::vector<Loss> losses = LossesOf(options, request, c);
+    const std::vector<Loss> losses = LossesOf(options, *request, c);
     if (losses.empty()) {
         out << "nothing lost: every value of the table came back from " << Into(options) << '\n';
         return kConverted;

@@ -28,6 +28,7 @@ struct Options {
     int capacity = 0;                    // 0: not given
     bool hex = false;                    // serialize: RECORD is hex; deserialize: print hex
     bool pretty = false;                 // indent the JSON printed
+    bool tableOnly = false;              // serialize: print the table, not the whole envelope
     bool raw = false;                    // time sections of the view as their seven numbers
     std::vector<std::string> given;      // the request options given: "--standard", ...
 };

@@ -230,6 +230,8 @@ int Run(int argc, char** argv) {
             ->type_name("OLD.json");
     CLI::Option* serializeHex =
         serialize->add_flag("--hex", options.hex, "RECORD must be the record's raw bytes in hex");
+    serialize->add_flag("--table", options.tableOnly,
+                        "Print only the table, not the request envelope around it");
     record->excludes(serializeF5);
     serializeHex->excludes(serializeF5);
     const CommonOptions serializeCommon = AddCommonOptions(*serialize, options, raw);
