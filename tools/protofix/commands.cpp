@@ -244,11 +244,7 @@ bool ApplyRecord(const Section& section, const std::string& path, bool hexOnly, 
 // ---- writing ------------------------------------------------------------------------------------
 
 std::string FormatJson(const Json::Value& value, bool pretty) {
-    if (!pretty) return Json::FastWriter().write(value);
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "  ";
-    builder["emitUTF8"] = true;
-    return Json::writeString(builder, value) + "\n";
+    return pretty ? FormatPretty(value) : Json::FastWriter().write(value);
 }
 
 // A JSON text of the library, as it is or indented.
@@ -256,7 +252,7 @@ void PrintJsonText(const std::string& text, bool pretty, std::ostream& out) {
     Json::Value value;
     Json::Reader reader;
     if (pretty && reader.parse(text, value, false)) {
-        out << FormatJson(value, true);
+        out << FormatPretty(value);
         return;
     }
     out << text;
@@ -273,7 +269,9 @@ void PrintRecord(const Options& options, const Section& section, const Bytes& re
     const Descriptor* descriptor = protofix::describe::FindDescriptor(section.record);
     const auto style = options.raw ? protofix::describe::TimeSections::Raw
                                    : protofix::describe::TimeSections::Text;
-    out << FormatView(*descriptor, protofix::describe::ToJson(*descriptor, record.data(), style));
+    Json::Value view = protofix::describe::ToJson(*descriptor, record.data(), style);
+    for (const std::string& field : options.without) view.removeMember(field);
+    out << FormatView(*descriptor, view);
 }
 
 // The text in an F5 buffer: up to its NUL, never past its end (the capacity rule may leave none).
@@ -538,6 +536,32 @@ std::string Into(const Options& options) {
 }
 
 }  // namespace
+
+Status View(const Options& options, std::ostream& out, Failure& failure) {
+    const Section* section = FindSection(options.section);
+    if (section == nullptr) {
+        failure = UnknownSection(options.section);
+        return failure.status;
+    }
+    if (!section->HasRecord()) {
+        failure = {kRefused, std::string("section ") + section->name + " has no record (F5 text only)"};
+        return failure.status;
+    }
+    if (ViewOf(*section, failure) == nullptr) return failure.status;
+    Bytes record(section->recordSize, 0);
+    if (!ApplyRecord(*section, options.input, false, record, failure)) return failure.status;
+    const Descriptor* descriptor = protofix::describe::FindDescriptor(section->record);
+    for (const std::string& field : options.without) {
+        const bool named = std::any_of(descriptor->fields.begin(), descriptor->fields.end(),
+                                       [&](const auto& f) { return f.name == field; });
+        if (!named) {
+            failure = {kBadInput, "--without " + field + ": " + section->record + " has no such field"};
+            return failure.status;
+        }
+    }
+    PrintRecord(options, *section, record, out);
+    return kConverted;
+}
 
 Status Serialize(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings) {
     const Section* section = FindSection(options.section);

@@ -29,6 +29,7 @@ struct Options {
     bool hex = false;                    // serialize: RECORD is hex; deserialize: print hex
     bool pretty = false;                 // indent the JSON printed
     bool tableOnly = false;              // serialize: print the table, not the whole envelope
+    std::vector<std::string> without;    // view: top-level fields left out of the view
     bool raw = false;                    // time sections of the view as their seven numbers
     std::vector<std::string> given;      // the request options given: "--standard", ...
 };
@@ -45,6 +46,9 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure, 
 // Lists, one line each, what of the table does not come back from the record (or the F5 text):
 // kConverted when nothing is lost, kRefused when something is.
 Status Roundtrip(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings);
+// Prints a record (its named-field view or its hex bytes) as the view, or as hex with --hex:
+// no conversion runs.
+Status View(const Options& options, std::ostream& out, Failure& failure);
 
 }  // namespace protofix::tool
 

@@ -191,7 +191,7 @@ std::string UsageMessage(const CLI::ParseError& e) {
         return "a SECTION is required ('protofix sections' lists them)";
     }
     if (what.find("subcommand") != std::string::npos) {
-        return "a command is required: sections, serialize, deserialize or roundtrip";
+        return "a command is required: sections, serialize, deserialize, roundtrip or view";
     }
     return what;
 }
@@ -280,6 +280,18 @@ int Run(int argc, char** argv) {
             .first;
     const CommonOptions roundtripCommon = AddCommonOptions(*roundtrip, options, raw);
 
+    CLI::App* view = app.add_subcommand(
+        "view", "Print a record (named-field view or hex bytes) as its named-field view, or as "
+                "hex with --hex; nothing is converted");
+    view->add_option("SECTION", options.section, "Section name, in any case")->required();
+    view->add_option("RECORD", options.input, "The record: named-field view or raw bytes in hex")
+        ->type_name("RECORD.json");
+    view->add_flag("--hex", options.hex, "Print the record's raw bytes in hex");
+    view->add_flag("--raw", options.raw, "Show time sections as their seven numbers");
+    view->add_option("--without", options.without, "Leave these top-level fields out of the view")
+        ->delimiter(',')
+        ->type_name("FIELD,...");
+
     // A first word that names no command would otherwise be reported as a missing command.
     if (argc > 1 && argv[1][0] != '-') {
         const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
@@ -289,7 +301,7 @@ int Run(int argc, char** argv) {
         if (named == commands.end()) {
             return Fail({protofix::tool::kBadInput,
                          "unknown command \"" + word +
-                             "\"; the commands are sections, serialize, deserialize and roundtrip"});
+                             "\"; the commands are sections, serialize, deserialize, roundtrip and view"});
         }
         Failure misplaced;
         if (MisplacedOption(app, **named, argc, argv, misplaced)) return Fail(misplaced);
@@ -301,6 +313,12 @@ int Run(int argc, char** argv) {
         if (e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(e);
         return Fail({protofix::tool::kBadInput,
                      UsageMessage(e) + " (protofix --help shows the usage)"});
+    }
+
+    if (*view) {
+        Failure failure;
+        const protofix::tool::Status status = protofix::tool::View(options, std::cout, failure);
+        return status == protofix::tool::kConverted ? status : Fail(failure);
     }
 
     if (*sections) {

@@ -103,4 +103,9 @@ std::string FormatView(const Descriptor& descriptor, const Json::Value& view) {
     return writer.Write(view, &descriptor, 0) + "\n";
 }
 
+std::string FormatPretty(const Json::Value& value) {
+    ViewWriter writer;
+    return writer.Write(value, nullptr, 0) + "\n";
+}
+
 }  // namespace protofix::tool

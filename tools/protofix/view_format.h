@@ -15,6 +15,9 @@ namespace protofix::tool {
 // the named ones in the view's own order.
 std::string FormatView(const protofix::describe::Descriptor& descriptor, const Json::Value& view);
 
+// Any JSON value in the same layout, members in the value's own order (the writer's order).
+std::string FormatPretty(const Json::Value& value);
+
 }  // namespace protofix::tool
 
 #endif
