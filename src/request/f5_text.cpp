@@ -5,17 +5,19 @@
 
 namespace protofix {
 
-namespace {
-
-bool ParseDocument(const std::string& text, Json::Value& document) {
+bool ParseText(const std::string& text, Json::Value& value) {
     Json::Reader reader;
-    return reader.parse(text, document, false);
+    try {
+        return reader.parse(text, value, false);
+    } catch (const Json::Exception&) {
+        // The reader refuses a text nested deeper than it allows by throwing: a text that does
+        // not parse, like any other.
+        return false;
+    }
 }
 
-}  // namespace
-
 bool ReadF5Text(const char* text, Json::Value& document) {
-    return text != nullptr && ParseDocument(text, document);
+    return text != nullptr && ParseText(text, document);
 }
 
 bool ReadF5Buffer(const char* buffer, int capacity, Json::Value& document) {
@@ -24,7 +26,7 @@ bool ReadF5Buffer(const char* buffer, int capacity, Json::Value& document) {
     const void* nul = std::memchr(buffer, '\0', room);
     const std::size_t length = nul ? static_cast<std::size_t>(static_cast<const char*>(nul) - buffer)
                                    : room;
-    return ParseDocument(std::string(buffer, length), document);
+    return ParseText(std::string(buffer, length), document);
 }
 
 int WriteF5Buffer(const Json::Value& document, char* buffer, int capacity) {

@@ -7,6 +7,10 @@
 
 namespace protofix {
 
+// Json::Reader::parse without comments; false also for a text the reader refuses by throwing
+// (nested deeper than it allows).
+bool ParseText(const std::string& text, Json::Value& value);
+
 // Serialize side: the caller's NUL-terminated F5 text. False for a null or unparsable text.
 bool ReadF5Text(const char* text, Json::Value& document);
 

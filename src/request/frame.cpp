@@ -1,4 +1,5 @@
 // The request frame: the request information, the envelope and the dispatch over the sections.
+#include "request/f5_text.h"
 #include "request/fields.h"
 
 #include <protofix/ReqConfigProtocolFix.h>
@@ -63,7 +64,6 @@ char* CReqConfigProtocolFix::Serialize(int& len) {
 int CReqConfigProtocolFix::Deserialize(const char* text, int /*len: the text is NUL-terminated*/) {
     const std::string document = text != nullptr ? text : "";
     Json::Value root;
-    Json::Reader reader;
-    if (!reader.parse(document, root, false)) return 0;
+    if (!protofix::ParseText(document, root)) return 0;
     return Dispatch(root, false);
 }

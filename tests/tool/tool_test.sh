@@ -234,7 +234,10 @@ group_errors() {
     printf '{"Port":1}\0' >"$work/nul.json"
     write wrong-kind.json '{"Port":{"value":554}}'
     write f5-wrong-kind.json '{"Alarm":{"En":"on"}}'
+    { printf '%.0s[' {1..5000}; printf '%.0s]' {1..5000}; } >"$work/deep.json"
     #     name                     status stream pattern                        arguments
+    check deep-nesting             2 err 'deep\.json: invalid JSON: nested deeper than the parser allows' \
+                                                                                deserialize RTSP "$work/deep.json"
     check missing-file             2 err '/nonexistent/t\.json: cannot open: '  deserialize Network /nonexistent/t.json
     check directory                2 err ': cannot read: '                      deserialize Network "$work"
     check invalid-json-location    2 err 'bad\.json: invalid JSON at line 3, column 7: ' deserialize Network "$work/bad.json"

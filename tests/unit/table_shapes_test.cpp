@@ -185,4 +185,21 @@ TEST(TableShapes, AbsentTableValueIsNotAnError) {
     EXPECT_THROW(support::Parse("RTSP", R"({"Port":[1]})", rtsp.get()), Json::Exception);
 }
 
+// A text nested deeper than the parser allows is a text that does not parse: 0 for a table, -1
+// with the buffer unchanged for an F5 text, never an exception.
+TEST(TableShapes, NestingPastTheParsersLimitDoesNotParse) {
+    const std::string deep = std::string(5000, '[') + std::string(5000, ']');
+    auto rtsp = support::Zeroed<KZDEV_RTSP_CFG>();
+    int result = 1;
+    EXPECT_NO_THROW(result = support::Parse("RTSP", deep, rtsp.get()));
+    EXPECT_EQ(result, 0);
+
+    support::F5Buffer buffer(R"({"Alarm":)" + deep + "}", 20000);
+    const std::vector<char> before = buffer.bytes;
+    EXPECT_NO_THROW(result = buffer.Merge("Alarm", R"({"Enable":true})"));
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(buffer.bytes, before);
+    EXPECT_FALSE(support::Packet("Alarm", (R"({"Alarm":)" + deep + "}").c_str(), PROTOFIX_MODE_TEXT).result());
+}
+
 }  // namespace

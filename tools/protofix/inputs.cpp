@@ -83,7 +83,13 @@ bool ParseJsonText(const std::string& path, const std::string& text, Json::Value
         return false;
     }
     Json::Reader reader;
-    if (reader.parse(text, value, false)) return true;
+    try {
+        if (reader.parse(text, value, false)) return true;
+    } catch (const Json::Exception&) {
+        failure = {kBadInput, DisplayName(path) + ": invalid JSON: nested deeper than the parser "
+                                                  "allows"};
+        return false;
+    }
     const std::vector<Json::Reader::StructuredError> errors = reader.getStructuredErrors();
     if (errors.empty()) {
         failure = {kBadInput, DisplayName(path) + ": invalid JSON"};
