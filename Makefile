@@ -3,7 +3,7 @@ WERROR ?= OFF
 CONFIGURE_FLAGS = -DPROTOFIX_WERROR=$(WERROR)
 STAGE = $(CURDIR)/build/stage
 
-.PHONY: deps configure build build-tool build-asan demo test test-default test-asan test-package \
+.PHONY: deps configure build build-tool build-asan demo test test-default test-asan test-tsan test-package \
         package-static package-shared catalog format format-check clean
 
 deps:
@@ -32,6 +32,12 @@ test-default: build
 test-asan: build-asan
 	ctest --preset asan
 
+# The threads test under ThreadSanitizer (only the unit tests are built there).
+test-tsan: deps
+	cmake --preset tsan $(CONFIGURE_FLAGS)
+	cmake --build --preset tsan
+	ctest --preset tsan
+
 # Installs the library (static, then shared) into a staging prefix and builds a consumer project
 # against each install, with find_package and with pkg-config.
 package-static: build
@@ -55,7 +61,7 @@ format:
 format-check: deps
 	clang-format --dry-run --Werror $$(git ls-files '*.cpp' '*.h' '*.c')
 
-test: test-default test-asan test-package
+test: test-default test-asan test-tsan test-package
 
 clean:
 	rm -rf build

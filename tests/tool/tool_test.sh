@@ -235,9 +235,18 @@ group_errors() {
     write wrong-kind.json '{"Port":{"value":554}}'
     write f5-wrong-kind.json '{"Alarm":{"En":"on"}}'
     { printf '%.0s[' {1..5000}; printf '%.0s]' {1..5000}; } >"$work/deep.json"
+    : >"$work/empty.json"
+    printf '\xff\xfe\x13\x80binary' >"$work/binary.json"
+    head -c 10485760 /dev/zero | tr '\0' 'x' >"$work/large.json"
     #     name                     status stream pattern                        arguments
     check deep-nesting             2 err 'deep\.json: invalid JSON: nested deeper than the parser allows' \
                                                                                 deserialize RTSP "$work/deep.json"
+    check empty-file               2 err 'empty\.json: invalid JSON at line 1, column 1' deserialize RTSP "$work/empty.json"
+    check binary-garbage           2 err 'binary\.json: invalid JSON at line 1, column 1' deserialize RTSP "$work/binary.json"
+    check binary-record            2 err 'binary\.json: (invalid JSON|hex record)' serialize RTSP "$work/binary.json"
+    check large-text               2 err 'large\.json: invalid JSON at line 1, column 1' deserialize Network "$work/large.json"
+    check view-out-of-range        2 err 'not a view of KZDEV_RTSP_CFG: port: 70000 out of range' \
+                                                                                "<" <(echo '{"port":70000}') serialize RTSP
     check missing-file             2 err '/nonexistent/t\.json: cannot open: '  deserialize Network /nonexistent/t.json
     check directory                2 err ': cannot read: '                      deserialize Network "$work"
     check invalid-json-location    2 err 'bad\.json: invalid JSON at line 3, column 7: ' deserialize Network "$work/bad.json"
