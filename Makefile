@@ -4,7 +4,7 @@ CONFIGURE_FLAGS = -DPROTOFIX_WERROR=$(WERROR)
 STAGE = $(CURDIR)/build/stage
 
 .PHONY: deps configure build build-tool build-asan demo test test-default test-asan test-tsan test-package \
-        package-static package-shared catalog format format-check clean
+        package-static package-shared catalog lint format format-check clean
 
 deps:
 	bash scripts/install-deps
@@ -54,6 +54,13 @@ test-package: package-static package-shared
 # The section catalog, written again from the section table, the descriptors and the examples.
 catalog: build-tool
 	build/default/protofix sections --markdown --examples examples >docs/sections.md
+
+# Static analysis of the library and the tool, with the checks of .clang-tidy; no finding is left.
+lint: deps
+	cmake --preset default $(CONFIGURE_FLAGS) -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+	run-clang-tidy -p build/default -quiet -j 2 "$(CURDIR)/(src|tools)/.*\.cpp" >build/lint.log 2>&1 || \
+	  { grep -E 'warning:|error:' build/lint.log; exit 1; }
+	@echo "lint: no finding"
 
 format:
 	clang-format -i $$(git ls-files '*.cpp' '*.h' '*.c')

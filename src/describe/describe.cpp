@@ -47,8 +47,10 @@ Json::Value TimeSectionText(const unsigned char* at) {
     std::int32_t v[7];
     std::memcpy(v, at, sizeof v);
     char text[96];
-    std::snprintf(text, sizeof text, kTimeSectionText, v[0], v[1], v[2], v[3], v[4], v[5], v[6]);
-    return Json::Value(text);
+    const int length =
+        std::snprintf(text, sizeof text, kTimeSectionText, v[0], v[1], v[2], v[3], v[4], v[5], v[6]);
+    // Seven ints need at most 86 characters: the text is never cut.
+    return Json::Value(text, text + (length > 0 ? length : 0));
 }
 
 Json::Value ElementToJson(const Field& field, const unsigned char* at, TimeSections style) {
@@ -211,8 +213,9 @@ bool WriteText(const Field& field, const Json::Value& value, unsigned char* at,
     if (text.find('\0') != std::string::npos) {
         return Fail(error, path, "text contains a NUL byte");
     }
-    std::memcpy(at, text.data(), text.size());
-    std::memset(at + text.size(), 0, field.elementSize - text.size());
+    // A text as long as the field fills it with no NUL, as the record allows.
+    std::copy(text.begin(), text.end(), at);
+    std::fill(at + text.size(), at + field.elementSize, 0);
     return true;
 }
 

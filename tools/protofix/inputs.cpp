@@ -63,7 +63,7 @@ bool ReadInput(const std::string& path, std::string& contents, Failure& failure)
     while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) contents.append(chunk, got);
     const bool readError = std::ferror(file) != 0;
     const int readErrno = errno;
-    if (!standardInput) std::fclose(file);
+    if (!standardInput) (void)std::fclose(file);  // read only: nothing is lost on a failed close
     if (readError) {
         failure = {kBadInput, DisplayName(path) + ": cannot read: " + std::strerror(readErrno)};
         return false;

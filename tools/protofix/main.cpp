@@ -172,7 +172,7 @@ bool MisplacedOption(CLI::App& app, const CLI::App& command, int argc, char** ar
 
 // A parse error of the command line in the tool's words.
 std::string UsageMessage(const CLI::ParseError& e) {
-    const std::string what = protofix::tool::OneLine(e.what());
+    std::string what = protofix::tool::OneLine(e.what());
     const std::size_t excludes = what.find(" excludes ");
     if (excludes != std::string::npos) {
         return what.substr(0, excludes) + " and " + what.substr(excludes + 10) +
