@@ -59,16 +59,43 @@ TEST(DescribeLayout, EveryRecordIsFoundByNameAtItsSize) {
     EXPECT_EQ(FindDescriptor("KZDEV_UNKNOWN_CFG"), nullptr);
 }
 
+// Both forms of the view: time sections as their seven numbers and as their text.
 TEST(DescribeView, RoundTripKeepsEveryByte) {
-    for (const Descriptor* descriptor : AllDescriptors()) {
-        auto source = Varied(descriptor->size);
-        auto target = std::make_unique<unsigned char[]>(descriptor->size);
-        ZeroPadding(*descriptor, source.get());
-        std::string error;
-        ASSERT_TRUE(FromJson(*descriptor, ToJson(*descriptor, source.get()), target.get(), error))
-            << descriptor->name << ": " << error;
-        EXPECT_EQ(std::memcmp(source.get(), target.get(), descriptor->size), 0) << descriptor->name;
+    for (const TimeSections style : {TimeSections::Raw, TimeSections::Text}) {
+        for (const Descriptor* descriptor : AllDescriptors()) {
+            auto source = Varied(descriptor->size);
+            auto target = std::make_unique<unsigned char[]>(descriptor->size);
+            ZeroPadding(*descriptor, source.get());
+            std::string error;
+            ASSERT_TRUE(FromJson(*descriptor, ToJson(*descriptor, source.get(), style), target.get(), error))
+                << descriptor->name << ": " << error;
+            EXPECT_EQ(std::memcmp(source.get(), target.get(), descriptor->size), 0) << descriptor->name;
+        }
     }
+}
+
+// A time section as its text: flag, begin and end, each number as the device's form writes it,
+// and read back only when the whole text is one.
+TEST(DescribeView, TimeSectionText) {
+    const Descriptor& descriptor = Describe("KZDEV_ALARMIN_CFG");
+    auto alarm = support::Zeroed<KZDEV_ALARMIN_CFG>();
+    alarm->timeSections[0][0] = {1, 8, 0, 0, 18, 30, 5};
+    alarm->timeSections[6][5] = {-3, 123, -4, 9, 0, 0, 2147483647};
+    const Json::Value view = ToJson(descriptor, alarm.get(), TimeSections::Text);
+    EXPECT_EQ(view["timeSections"][0][0], "1 08:00:00-18:30:05");
+    EXPECT_EQ(view["timeSections"][6][5], "-3 123:-4:09-00:00:2147483647");
+    EXPECT_EQ(ToJson(descriptor, alarm.get())["timeSections"][0][0]["endMinute"], 30);
+
+    auto read = support::Zeroed<KZDEV_ALARMIN_CFG>();
+    std::string error;
+    ASSERT_TRUE(FromJson(descriptor, view, read.get(), error)) << error;
+    EXPECT_TRUE(support::SameBytes(*read, *alarm));
+    for (const char* bad : {"1 08:00:00", "1 08:00:00-18:00:00 ", "x 08:00:00-18:00:00", ""}) {
+        const Json::Value partial = support::ParseJson(std::string(R"({"timeSections":[[")") + bad + R"("]]})");
+        EXPECT_FALSE(FromJson(descriptor, partial, read.get(), error)) << bad;
+        EXPECT_EQ(error, "timeSections[0][0]: expected a time section \"FLAG HH:MM:SS-HH:MM:SS\"");
+    }
+    EXPECT_TRUE(support::SameBytes(*read, *alarm));
 }
 
 // Writing: integers at the ends of their ranges, a short text zero-filled to its width, the rest
