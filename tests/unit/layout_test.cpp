@@ -21,7 +21,7 @@ TEST(RecordLayout, NetworkRecords) {
         AT(KZDEV_NETWORK_CFG, hostName, 4), AT(KZDEV_NETWORK_CFG, interfaceCount, 32),
         AT(KZDEV_NETWORK_CFG, interfaces, 36),
         SIZE(KZDEV_DNS_CFG, 32), AT(KZDEV_DNS_CFG, secondaryDns, 16),
-        AT(KZDEV_RTSP_CFG, port, 0),
+        SIZE(KZDEV_RTSP_CFG, 2), AT(KZDEV_RTSP_CFG, port, 0),
         SIZE(KZDEV_NET_CFG, 1972),
         AT(KZDEV_NET_CFG, maxConnections, 20), AT(KZDEV_NET_CFG, tcpPort, 22),
         AT(KZDEV_NET_CFG, udpPort, 24), AT(KZDEV_NET_CFG, httpPort, 26),

@@ -65,6 +65,11 @@ TEST(NetworkSections, PacketWritesTheDeviceTable) {
                      "Enable":true,"DhcpEnable":false},
              "eth1":{"IPAddress":"","SubnetMask":"mmmmmmmmmmmmmmmmgw","DefaultGateway":"gw","Enable":false,
                      "DhcpEnable":true}})"},
+        // An interface named as the host-name key finds a text there and gets no keys written.
+        {"Network", "KZDEV_NETWORK_CFG", R"({"hostName":"nvr","interfaceCount":2,"interfaces":[
+             {"name":"Hostname","ipAddress":"10.0.0.2","isDefault":1},{"name":"eth0","flags":1}]})",
+         R"({"Hostname":"nvr","DefaultInterface":"Hostname","eth0":{"IPAddress":"","SubnetMask":"",
+             "DefaultGateway":"","Enable":true,"DhcpEnable":false}})"},
         {"Network_DNS", "KZDEV_DNS_CFG", R"({"primaryDns":"8.8.8.8","secondaryDns":"9999999999999999"})",
          R"({"DnsServers":["8.8.8.8","9999999999999999"]})"},
         {"RTSP", "KZDEV_RTSP_CFG", R"({"port":65535})", R"({"Port":65535})"},

@@ -30,8 +30,6 @@ TEST(DvripNet, PortsAndMulticast) {
          R"({"tcpPort":4464,"sslPort":443,"maxConnections":10,"udpPort":5,"multicastPort":1,"multicastEnable":0,
              "multicastAddress":"239.1.1.1"})",
          "239.1.1.1\0\0\0\0\0\0X"},
-        {R"({"MCASTAddress":"239.255.255.250"})", R"({"multicastAddress":"239.255.255.250X"})",
-         "239.255.255.250X"},
         {R"({"MCASTAddress":"239.255.255.250.1","TCPPort":null})", R"({"multicastAddress":"239.255.255.250X"})",
          "239.255.255.250X"},
     };

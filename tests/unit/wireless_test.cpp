@@ -39,16 +39,20 @@ TEST(Wlan, ParseStoresOnePastTheLastIndexWhenUnknown) {
         "keys":["a","b","c","d"],"keyFlag":1})";
     struct Case { std::string table, changes; };
     const Case cases[] = {
-        {"{}", R"({"disabled":1,"linkMode":3,"encryption":12,"keyType":2,"keyId":0,"keyFlag":0})"},
+        // A missing text is the empty text.
+        {"{}", R"({"disabled":1,"ssid":"","linkMode":3,"encryption":12,"keyType":2,"keyId":0,
+             "keys":["","","",""],"keyFlag":0})"},
         {R"({"wlan0":{"Enable":true,"SSID":")" + std::string(40, 'n') + R"(","LinkMode":"Ad-hoc","Encryption":"WPA2-PSK-AES",
              "KeyType":"Hex","KeyID":2,"Keys":["x",5,")" + std::string(33, 'y') + R"("],"KeyFlag":true}})",
          R"({"disabled":0,"ssid":")" + std::string(35, 'n') + R"(","linkMode":1,"encryption":11,"keyType":0,"keyId":2,
-             "keys":["x","b",")" + std::string(31, 'y') + R"(","d"],"keyFlag":1})"},
+             "keys":["x","b",")" + std::string(31, 'y') + R"(",""],"keyFlag":1})"},
         {R"({"wlan0":{"Enable":false,"LinkMode":"auto","Encryption":"wpa2-psk-aes","KeyType":"ASCII ","KeyFlag":false,
              "Keys":"x"}})",
-         R"({"disabled":1,"linkMode":3,"encryption":12,"keyType":2,"keyId":0,"keyFlag":0})"},
+         R"({"disabled":1,"ssid":"","linkMode":3,"encryption":12,"keyType":2,"keyId":0,"keys":["","","",""],
+             "keyFlag":0})"},
         {R"({"wlan0":{"Enable":true,"LinkMode":"Infrastructure","Encryption":"Off","KeyType":"ASCII"}})",
-         R"({"disabled":0,"linkMode":2,"encryption":0,"keyType":1,"keyId":0,"keyFlag":0})"},
+         R"({"disabled":0,"ssid":"","linkMode":2,"encryption":0,"keyType":1,"keyId":0,"keys":["","","",""],
+             "keyFlag":0})"},
     };
     for (const Case& c : cases) ExpectParse(VIEW_OF(KZDEV_WLAN_INFO), seed, "WLan", c.table, 1, c.changes);
 }

@@ -82,13 +82,16 @@ int CReqConfigProtocolFix::Packet_NetWork(Json::Value& table) {
     for (unsigned int i = 0; i < InterfaceCount(*cfg); ++i) {
         const KZ_NET_INTERFACE& nic = cfg->interfaces[i];
         const std::string name = InterfaceName(*cfg, i);
+        if (nic.isDefault != 0) defaultInterface = name;
+        // An interface named as another key of the table ("Hostname") finds a text there: its
+        // keys are not written into it.
         Json::Value& obj = table[name];
+        if (!IsObjectOrNull(obj)) continue;
         obj["IPAddress"] = TextUpTo(nic.ipAddress, EndOf(cfg));
         obj["SubnetMask"] = TextUpTo(nic.subnetMask, EndOf(cfg));
         obj["DefaultGateway"] = TextUpTo(nic.defaultGateway, EndOf(cfg));
         obj["Enable"] = (nic.flags & KZ_NET_INTERFACE_ENABLE) != 0;
         obj["DhcpEnable"] = (nic.flags & KZ_NET_INTERFACE_DHCP) != 0;
-        if (nic.isDefault != 0) defaultInterface = name;
         if (SameWord(name, "bond0")) PacketBonding(*cfg, nic, obj);
     }
     table["DefaultInterface"] = defaultInterface;

@@ -35,6 +35,14 @@ int IndexOf(const char* const (&words)[N], const std::string& word) {
     return static_cast<int>(N);
 }
 
+// The network name and the keys are read with no presence test: a missing one is the empty text,
+// which the field takes. A value of another kind is no text and leaves the field.
+template <std::size_t N>
+void ReadWlanText(const Json::Value& v, char (&field)[N]) {
+    static const Json::Value kEmptyText("");
+    GetJsonString(v.isNull() ? kEmptyText : v, field, static_cast<int>(N), true);
+}
+
 }  // namespace
 
 int CReqConfigProtocolFix::Packet_Wlan(Json::Value& table) {
@@ -57,20 +65,20 @@ int CReqConfigProtocolFix::Packet_Wlan(Json::Value& table) {
 }
 
 // Every field is set, present in the table or not: a missing flag reads as false, a missing word
-// as "" (unknown), a missing number as 0; a missing text leaves its field.
+// as "" (unknown), a missing number as 0, a missing text as "".
 int CReqConfigProtocolFix::Parse_Wlan(Json::Value& table) {
     auto* cfg = OutputRecord<KZDEV_WLAN_INFO>();
     if (cfg == nullptr) return -1;
     const Json::Value& wlan = Member(table, "wlan0");
     cfg->disabled = Member(wlan, "Enable").asBool() ? 0 : 1;
-    GetJsonString(Member(wlan, "SSID"), cfg->ssid, sizeof cfg->ssid, true);
+    ReadWlanText(Member(wlan, "SSID"), cfg->ssid);
     cfg->linkMode = IndexOf(s_strLinkMode, Member(wlan, "LinkMode").asString());
     cfg->encryption = IndexOf(s_strEncryption, Member(wlan, "Encryption").asString());
     cfg->keyType = IndexOf(s_strKeyType, Member(wlan, "KeyType").asString());
     cfg->keyId = Member(wlan, "KeyID").asInt();
     const Json::Value& keys = Member(wlan, "Keys");
     for (Json::ArrayIndex k = 0; k < KZ_MAX_WLAN_KEYS; ++k) {
-        GetJsonString(Element(keys, k), cfg->keys[k], sizeof cfg->keys[k], true);
+        ReadWlanText(Element(keys, k), cfg->keys[k]);
     }
     cfg->keyFlag = Member(wlan, "KeyFlag").asBool() ? 1 : 0;
     return 1;
