@@ -1,4 +1,4 @@
-// What the fault-event and video-detection sections share: the arming schedule under
+// What the alarm-input, fault-event and video-detection sections share: the arming schedule under
 // "EventHandler"."TimeSection", and the F5 text frame of a section that keeps its values in one
 // member of the device's text ("En", its own keys, "EventHandler").
 #ifndef PROTOFIX_SECTIONS_ALARM_EVENT_SECTIONS_H
