@@ -56,11 +56,13 @@ inline void ReadScheduleReaching(Json::Value& table, Schedule& schedule) {
     }
 }
 
-// The table's "EventHandler" to hand to the linkage parse; a local null when it has none.
+// The table's "EventHandler" to hand to the linkage parse; a local null when it has none. Only an
+// object converts: a value of another kind says nothing of the linkage, so the record's linkage
+// keeps what it holds (none of the linkage's clears run on its account).
 class TableHandler {
 public:
     explicit TableHandler(Json::Value& table)
-        : handler_(Present(Member(table, "EventHandler")) ? &table["EventHandler"] : &absent_) {}
+        : handler_(Member(table, "EventHandler").isObject() ? &table["EventHandler"] : &absent_) {}
     TableHandler(const TableHandler&) = delete;
     TableHandler& operator=(const TableHandler&) = delete;
     bool present() const { return handler_ != &absent_; }
@@ -84,8 +86,9 @@ int PacketF5Section(const PROTOCOL_FIX_INFO& info, const char* member, Json::Val
     const Json::Value& en = Member(section, "En");
     if (Present(en)) table["Enable"] = en.asInt() == 1;
     own(section, table);
+    // As on the record path, only an object converts.
     const Json::Value& handler = Member(section, "EventHandler");
-    if (Present(handler)) CReqConfigProtocolFix::Packet_EventHandler_F5(table["EventHandler"], handler);
+    if (handler.isObject()) CReqConfigProtocolFix::Packet_EventHandler_F5(table["EventHandler"], handler);
     return 1;
 }
 
@@ -116,13 +119,15 @@ int MergeF5Section(const PROTOCOL_FIX_INFO& info, const char* member, const Json
     if (!ReadF5Buffer(buffer, info.outputLength, document)) return -1;
     bool fits = true;
     if (table.isObject()) {
-        const Json::Value& enable = table["Enable"];
+        const Json::Value& enable = Member(table, "Enable");
         if (Present(enable)) {
             if (Json::Value* en = SectionKey(document, member, "En")) *en = enable.asBool() ? 1 : 0;
         }
         fits = own(table, document);
-        const Json::Value& handler = table["EventHandler"];
-        if (Present(handler)) {
+        // The device's linkage is rewritten only from an object: nothing of it is lost to a
+        // value of another kind.
+        const Json::Value& handler = Member(table, "EventHandler");
+        if (handler.isObject()) {
             Json::Value* f5 = SectionKey(document, member, "EventHandler");
             if (f5 != nullptr && IsObjectOrNull(*f5)) CReqConfigProtocolFix::Parse_EventHandler_F5(handler, *f5);
         }
