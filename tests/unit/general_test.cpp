@@ -142,11 +142,6 @@ TEST(Locales, ParseTimeFormat) {
         EXPECT_EQ(Parse("Locales", c.table, record), 1) << c.table;
         EXPECT_EQ(View("KZDEV_LOCALES_CFG", record), Expected("KZDEV_LOCALES_CFG", seed, c.changes)) << c.table;
     }
-    // The format and the code it packs from read back to that code.
-    auto record = Record("KZDEV_LOCALES_CFG", R"({"byDateFormat":9})");
-    const Json::Value table = Packet("Locales", record.data()).table();
-    EXPECT_EQ(Parse("Locales", Json::FastWriter().write(table), record), 1);
-    EXPECT_EQ(View("KZDEV_LOCALES_CFG", record)["byDateFormat"].asInt(), 2);
 }
 
 TEST(Locales, PacketDaylightSavingPointsIntoTheDeviceTable) {
