@@ -350,8 +350,9 @@ group_roundtrip() {
 
 # Every section's examples, through the tool in both directions: the table is what serialize
 # prints for the record; the table read onto a zero record (or the example's base) gives the
-# record back, but for the top-level fields its .lost file names with the reason; an F5 text
-# serialised, merged into itself and serialised again gives the same table.
+# record back, but for the top-level fields its .lost file names with the reason ("(table)" there:
+# the table as a whole does not read back, and deserialize must say so); an F5 text serialised,
+# merged into itself and serialised again gives the same table.
 group_examples() {
     local name lower modes rec tab f5 base lost without
     while read -r name modes _; do
@@ -369,19 +370,25 @@ group_examples() {
             cmp -s "$work/out" "$tab" ||
                 fail "examples-$lower-table" "serialize differs: $(diff "$work/out" "$tab" | head -4)"
             without=()
-            if [[ -f $lost ]]; then
-                without=(--without "$(grep -v '^#' "$lost" | cut -d: -f1 | paste -sd, -)")
-            fi
-            if [[ -f $base ]]; then
-                "$tool" deserialize "$name" "$tab" --base "$base" >"$work/got" 2>/dev/null
+            if [[ -f $lost ]] && grep -q '^(table):' "$lost"; then
+                run deserialize "$name" "$tab"
+                [[ $status -eq 2 ]] ||
+                    fail "examples-$lower-record" "the table reads back though $lower.lost says it does not"
             else
-                "$tool" deserialize "$name" "$tab" >"$work/got" 2>/dev/null
+                if [[ -f $lost ]]; then
+                    without=(--without "$(grep -v '^#' "$lost" | cut -d: -f1 | paste -sd, -)")
+                fi
+                if [[ -f $base ]]; then
+                    "$tool" deserialize "$name" "$tab" --base "$base" >"$work/got" 2>/dev/null
+                else
+                    "$tool" deserialize "$name" "$tab" >"$work/got" 2>/dev/null
+                fi
+                "$tool" view "$name" "$work/got" "${without[@]}" >"$work/got-view" &&
+                    "$tool" view "$name" "$rec" "${without[@]}" >"$work/want-view" ||
+                    fail "examples-$lower-view" "the record or the view of the table does not read"
+                cmp -s "$work/got-view" "$work/want-view" ||
+                    fail "examples-$lower-record" "the table gives another record: $(diff "$work/got-view" "$work/want-view" | head -4)"
             fi
-            "$tool" view "$name" "$work/got" "${without[@]}" >"$work/got-view" &&
-                "$tool" view "$name" "$rec" "${without[@]}" >"$work/want-view" ||
-                fail "examples-$lower-view" "the record or the view of the table does not read"
-            cmp -s "$work/got-view" "$work/want-view" ||
-                fail "examples-$lower-record" "the table gives another record: $(diff "$work/got-view" "$work/want-view" | head -4)"
         elif [[ -f $f5 ]]; then
             run serialize "$name" --f5 "$f5" --table --pretty
             cmp -s "$work/out" "$tab" ||

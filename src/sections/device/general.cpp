@@ -5,6 +5,7 @@
 // that the device keeps in its current configuration, and on the Packet side the device's current
 // reply ({"params":{"table":...}}) is the base of the table, so every key that the section does
 // not write goes back to the device as it came.
+#include "request/f5_text.h"
 #include "request/fields.h"
 
 #include <protofix/ReqConfigProtocolFix.h>
@@ -23,8 +24,7 @@ constexpr int kMergedFields = 1;
 bool TakeCurrentTable(const char* current, Json::Value& table) {
     if (current == nullptr) return false;
     Json::Value reply;
-    Json::Reader reader;
-    if (!reader.parse(current, reply, false)) return false;
+    if (!ParseText(current, reply)) return false;
     const Json::Value& base = Path(reply, {"params", "table"});
     if (Present(base)) table = base;
     return true;
