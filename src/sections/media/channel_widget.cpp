@@ -59,7 +59,7 @@ void ParseOverlay(const Json::Value& entry, const WidgetOverlay& overlay) {
 // null for a value of any other kind.
 const Json::Value* WatermarkOf(const Json::Value& v) {
     if (v.isObject()) return &v;
-    if (v.isArray() && v.size() > 0) return &v[0];
+    if (v.isArray() && !v.empty()) return &v[0];
     return nullptr;
 }
 

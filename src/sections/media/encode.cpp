@@ -100,7 +100,8 @@ int SnapQuality(unsigned char quality) {
 
 // The snapshot rate is signed: -n is one picture every n seconds, written as 1/n.
 double SnapFps(unsigned char fps) {
-    const int rate = Narrow<signed char>(fps);
+    // The byte read as two's complement: 251 is -5.
+    const int rate = fps < 128 ? static_cast<int>(fps) : static_cast<int>(fps) - 256;
     return rate < 0 ? 1.0 / -rate : rate;
 }
 
