@@ -142,6 +142,8 @@ Descriptor Build(const char* name, std::size_t size, std::initializer_list<Field
 #define PROTOFIX_FIELD(member) MakeField<decltype(Self::member)>(#member, offsetof(Self, member))
 #define PROTOFIX_PAD(bytes) MakePadding(bytes)
 
+// The descriptor blocks are laid out one field a line, as tables.
+// clang-format off
 // ---- records/network.h
 
 PROTOFIX_RECORD(KZ_NET_INTERFACE,
@@ -684,6 +686,7 @@ PROTOFIX_RECORD(KZDEV_AUTOMAINTAIN_CFG,
                 PROTOFIX_FIELD(byFileHoldTime),
                 PROTOFIX_FIELD(reserved))
 
+// clang-format on
 #undef PROTOFIX_RECORD
 #undef PROTOFIX_FIELD
 #undef PROTOFIX_PAD

@@ -11,6 +11,7 @@
 namespace {
 
 TEST(DeviceRecordLayout, GeneralAndLocales) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZDEV_GENERAL_CFG, 260),
         AT(KZDEV_GENERAL_CFG, szMachineName, 0), AT(KZDEV_GENERAL_CFG, szMachineAddress, 64),
@@ -24,10 +25,12 @@ TEST(DeviceRecordLayout, GeneralAndLocales) {
         AT(KZDEV_LOCALES_CFG, bDSTEnable, 128), AT(KZDEV_LOCALES_CFG, byDateFormat, 133),
         AT(KZDEV_LOCALES_CFG, byTimeFormat, 135), AT(KZDEV_LOCALES_CFG, byLanguage, 136),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 
 TEST(DeviceRecordLayout, SerialPortsAndPtz) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_SERIAL_ATTR, 8),
         AT(KZ_SERIAL_ATTR, byDataBits, 0), AT(KZ_SERIAL_ATTR, byStopBits, 1),
@@ -41,6 +44,7 @@ TEST(DeviceRecordLayout, SerialPortsAndPtz) {
         AT(KZDEV_PTZ_CFG, nProtocolNum, 4), AT(KZDEV_PTZ_CFG, szProtocolName, 8),
         AT(KZDEV_PTZ_CFG, stAttr, 1608),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 

@@ -12,6 +12,7 @@ namespace {
 // Schedules are 7 x 6 time sections of 28 bytes (1176); the linkage record is 956 bytes, the
 // older one 244.
 TEST(EventsLayout, FaultEventRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_STORAGE_EVENT, 2136),
         AT(KZ_STORAGE_EVENT, enable, 0), AT(KZ_STORAGE_EVENT, lowerLimit, 1),
@@ -22,10 +23,12 @@ TEST(EventsLayout, FaultEventRecords) {
         SIZE(KZDEV_NETABORT_CFG, 960), AT(KZDEV_NETABORT_CFG, handler, 4),
         SIZE(KZDEV_CONFLICT_CFG, 248), AT(KZDEV_CONFLICT_CFG, handler, 4),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 
 TEST(EventsLayout, VideoDetectionRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZDEV_MOTION_DETECT_CFG, 8 + 1024 + 1176 + 956),
         AT(KZDEV_MOTION_DETECT_CFG, enable, 0), AT(KZDEV_MOTION_DETECT_CFG, level, 2),
@@ -37,6 +40,7 @@ TEST(EventsLayout, VideoDetectionRecords) {
         SIZE(KZDEV_BLIND_DETECT_CFG, 2136), AT(KZDEV_BLIND_DETECT_CFG, level, 1),
         AT(KZDEV_BLIND_DETECT_CFG, timeSections, 4), AT(KZDEV_BLIND_DETECT_CFG, handler, 1180),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 

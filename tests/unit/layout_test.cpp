@@ -11,6 +11,7 @@
 namespace {
 
 TEST(RecordLayout, NetworkRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_NET_INTERFACE, 188),
         AT(KZ_NET_INTERFACE, ipAddress, 0), AT(KZ_NET_INTERFACE, subnetMask, 16),
@@ -34,10 +35,12 @@ TEST(RecordLayout, NetworkRecords) {
         AT(KZDEV_IPV6_CFG, defaultGateway, 88), AT(KZDEV_IPV6_CFG, dhcpEnable, 128),
         AT(KZDEV_IPV6_CFG, preferredDns, 129), AT(KZDEV_IPV6_CFG, alternateDns, 169),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 
 TEST(RecordLayout, AlarmRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(tagKZ_TSECT, 28), AT(tagKZ_TSECT, endSecond, 24),
         SIZE(KZ_PTZ_LINK, 8), AT(KZ_PTZ_LINK, value, 4),
@@ -69,6 +72,7 @@ TEST(RecordLayout, AlarmRecords) {
         AT(KZDEV_AUTOMAINTAIN_CFG, byAutoRebootHour, 5),
         AT(KZDEV_AUTOMAINTAIN_CFG, byFileHoldTime, 6),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 

@@ -11,6 +11,7 @@
 namespace {
 
 TEST(MediaLayout, EncoderRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_VIDEOENC_OPT, 24),
         AT(KZ_VIDEOENC_OPT, videoEnable, 0), AT(KZ_VIDEOENC_OPT, bitRateControl, 1),
@@ -26,10 +27,12 @@ TEST(MediaLayout, EncoderRecords) {
         AT(KZDEV_ENCODE_CFG, snapFormat, 416), AT(KZDEV_ENCODE_CFG, reserved4, 464),
         SIZE(tagNET_EM_VIDEO_COMPRESSION, 4),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 
 TEST(MediaLayout, PictureRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_VIDEO_COLOR, 36),
         AT(KZ_VIDEO_COLOR, brightness, 28), AT(KZ_VIDEO_COLOR, contrast, 29),
@@ -61,6 +64,7 @@ TEST(MediaLayout, PictureRecords) {
         SIZE(KZDEV_VIDEO_STANDARD_CFG, 4),
         SIZE(KZDEV_MEDIA_GLOBAL_CFG, 200), AT(KZDEV_MEDIA_GLOBAL_CFG, packetLength, 199),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 

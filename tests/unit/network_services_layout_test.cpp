@@ -12,6 +12,7 @@
 namespace {
 
 TEST(RecordLayout, NetworkServiceRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_DDNS_SERVER, 944),
         AT(KZ_DDNS_SERVER, enable, 4), AT(KZ_DDNS_SERVER, protocol, 5),
@@ -47,10 +48,12 @@ TEST(RecordLayout, NetworkServiceRecords) {
         AT(KZDEV_NTP_CFG, domainName, 40), AT(KZDEV_NTP_CFG, addressType, 168),
         AT(KZDEV_NTP_CFG, updatePeriod, 172), AT(KZDEV_NTP_CFG, timeZone, 176),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 
 TEST(RecordLayout, PrivateProtocolAndWirelessRecords) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_REGISTER_SERVER_ENTRY, 100),
         AT(KZ_REGISTER_SERVER_ENTRY, port, 32), AT(KZ_REGISTER_SERVER_ENTRY, addressKind, 39),
@@ -77,6 +80,7 @@ TEST(RecordLayout, PrivateProtocolAndWirelessRecords) {
         AT(KZDEV_WLAN_INFO, keyId, 52), AT(KZDEV_WLAN_INFO, keys, 56),
         AT(KZDEV_WLAN_INFO, keyFlag, 184),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 

@@ -11,6 +11,7 @@
 namespace {
 
 TEST(OverlayLayout, TitlesAndCovers) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZ_CHANNEL_TITLE, 64),
         SIZE(KZ_OSD_TITLE, 96),
@@ -25,10 +26,12 @@ TEST(OverlayLayout, TitlesAndCovers) {
         AT(KZDEV_VIDEOWIDGET_COVER_CFG, maxCoverCount, 36), AT(KZDEV_VIDEOWIDGET_COVER_CFG, coverCount, 37),
         AT(KZDEV_VIDEOWIDGET_COVER_CFG, cover, 40),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 
 TEST(OverlayLayout, ChannelWidgetAndWatermark) {
+    // clang-format off
     const layout::Position positions[] = {
         SIZE(KZDEV_VIDEOWIDGET_CHANNEL_CFG, 352),
         AT(KZDEV_VIDEOWIDGET_CHANNEL_CFG, timeFrontColor, 256),
@@ -44,6 +47,7 @@ TEST(OverlayLayout, ChannelWidgetAndWatermark) {
         AT(KZDEV_WATERMARK_CFG, enable, 4), AT(KZDEV_WATERMARK_CFG, dataType, 12),
         AT(KZDEV_WATERMARK_CFG, string, 16),
     };
+    // clang-format on
     layout::ExpectPositions(positions);
 }
 
