@@ -68,7 +68,7 @@ format:
 format-check: deps
 	clang-format --dry-run --Werror $$(git ls-files '*.cpp' '*.h' '*.c')
 
-test: test-default test-asan test-tsan test-package
+test: format-check lint test-default test-asan test-tsan test-package
 
 clean:
 	rm -rf build

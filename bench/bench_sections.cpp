@@ -44,20 +44,22 @@ void Deserialize(benchmark::State& state, const char* name) {
 }
 
 template <>
-[[maybe_unused]] void Serialize<void>(benchmark::State& state, const char*) { state.SkipWithError("F5 text only"); }
+[[maybe_unused]] void Serialize<void>(benchmark::State& state, const char*) {
+    state.SkipWithError("F5 text only");
+}
 template <>
-[[maybe_unused]] void Deserialize<void>(benchmark::State& state, const char*) { state.SkipWithError("F5 text only"); }
+[[maybe_unused]] void Deserialize<void>(benchmark::State& state, const char*) {
+    state.SkipWithError("F5 text only");
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-#define PROTOFIX_SECTION(name, suffix, record, modes)                                       \
-    benchmark::RegisterBenchmark("Serialize/" name, [](benchmark::State& state) {           \
-        Serialize<record>(state, name);                                                     \
-    });                                                                                     \
-    benchmark::RegisterBenchmark("Deserialize/" name, [](benchmark::State& state) {         \
-        Deserialize<record>(state, name);                                                   \
-    });
+#define PROTOFIX_SECTION(name, suffix, record, modes)                                              \
+    benchmark::RegisterBenchmark("Serialize/" name,                                                \
+                                 [](benchmark::State& state) { Serialize<record>(state, name); }); \
+    benchmark::RegisterBenchmark(                                                                  \
+        "Deserialize/" name, [](benchmark::State& state) { Deserialize<record>(state, name); });
 #include <protofix/sections.def>
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;

@@ -38,7 +38,7 @@ constexpr std::size_t kControlBytes = 3;
 
 struct Input {
     const Section* section = nullptr;
-    bool toTable = false;   // Serialize; else Deserialize
+    bool toTable = false;  // Serialize; else Deserialize
     int mode = PROTOFIX_MODE_RECORD;
     int channel = 0;
     int standard = PROTOFIX_STANDARD_PAL;
@@ -54,14 +54,17 @@ struct Input {
         const unsigned flags = data[1];
         toTable = (flags & 0x1u) != 0;
         const unsigned modePick = (flags >> 1) & 0x3u;
-        mode = modePick == 0 ? PROTOFIX_MODE_RECORD : modePick == 1 ? PROTOFIX_MODE_TEXT
-                                                    : modePick == 2 ? 2 : -1;
+        mode = modePick == 0   ? PROTOFIX_MODE_RECORD
+               : modePick == 1 ? PROTOFIX_MODE_TEXT
+               : modePick == 2 ? 2
+                               : -1;
         static constexpr int kChannels[] = {0, 1, -1, 16};
         channel = kChannels[(flags >> 3) & 0x3u];
         standard = (flags & 0x20u) != 0 ? PROTOFIX_STANDARD_NTSC : PROTOFIX_STANDARD_PAL;
         subMode = (flags & 0x40u) != 0 ? 1 : 0;
         capacityShift = static_cast<int>(data[2]) - 64;
-        const std::string text(reinterpret_cast<const char*>(data + kControlBytes), size - kControlBytes);
+        const std::string text(reinterpret_cast<const char*>(data + kControlBytes),
+                               size - kControlBytes);
         const std::size_t nul = text.find('\0');
         table = text.substr(0, nul);
         f5 = nul == std::string::npos ? std::string() : text.substr(nul + 1);

@@ -73,8 +73,8 @@ void CheckSerialize(const Input& in) {
     Json::Value root;
     Json::Reader reader;
     if (!reader.parse(envelope, envelope + len, root, false) || !root.isObject() ||
-        !root["result"].isBool() || !root["params"].isObject() || !root["params"].isMember("table") ||
-        root["channel"] != Json::Value(in.channel)) {
+        !root["result"].isBool() || !root["params"].isObject() ||
+        !root["params"].isMember("table") || root["channel"] != Json::Value(in.channel)) {
         Broken("the envelope parses back with its four members");
     }
     if (!in.Accepted() && root["result"].asBool()) Broken("a refused mode gives \"result\" false");
@@ -104,7 +104,8 @@ void CheckDeserialize(const Input& in) {
     try {
         result = request.Deserialize(in.table.c_str(), static_cast<int>(in.table.size()));
     } catch (const Json::Exception&) {
-        if (text && buffer != before) Broken("a text-mode Deserialize that throws leaves the buffer");
+        if (text && buffer != before)
+            Broken("a text-mode Deserialize that throws leaves the buffer");
         return;
     } catch (...) {
         Broken("only the JSON library's exceptions leave Deserialize");

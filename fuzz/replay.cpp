@@ -21,8 +21,8 @@ int main(int argc, char** argv) {
         unsigned char capacity;
     };
     constexpr Pick kPicks[] = {
-        {0x00, 64}, {0x01, 64},  {0x02, 64}, {0x02, 200}, {0x03, 64},
-        {0x04, 64}, {0xD8, 64},  {0xF9, 64},
+        {0x00, 64}, {0x01, 64}, {0x02, 64}, {0x02, 200},
+        {0x03, 64}, {0x04, 64}, {0xD8, 64}, {0xF9, 64},
     };
     int ran = 0;
     for (int i = 1; i < argc; ++i) {
@@ -31,7 +31,8 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "replay: %s: cannot open\n", argv[i]);
             return 2;
         }
-        const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+        const std::string bytes{std::istreambuf_iterator<char>(in),
+                                std::istreambuf_iterator<char>()};
         for (std::size_t s = 0; s < protofix::fuzz::kSectionCount; ++s) {
             for (const Pick& pick : kPicks) {
                 std::string input;
@@ -41,7 +42,8 @@ int main(int argc, char** argv) {
                 input += bytes;
                 input += '\0';
                 input += bytes;
-                LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
+                LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()),
+                                       input.size());
                 ++ran;
             }
         }

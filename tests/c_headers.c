@@ -8,8 +8,7 @@ typedef char locales_is_140_bytes[sizeof(KZDEV_LOCALES_CFG) == 140 ? 1 : -1];
 typedef char ptz_is_1736_bytes[sizeof(KZDEV_PTZ_CFG) == 1736 ? 1 : -1];
 
 int protofix_c_headers_compile(void);
-int protofix_c_headers_compile(void)
-{
+int protofix_c_headers_compile(void) {
     KZDEV_ALARMIN_CFG alarm = {0};
     tagKZ_TSECT sect = {0};
     return alarm.enable + sect.enable;

@@ -102,9 +102,13 @@ private:
 
     // The caller's records, typed; null when the caller gave none.
     template <class Record>
-    Record* InputRecord() const { return static_cast<Record*>(m_info.input); }
+    Record* InputRecord() const {
+        return static_cast<Record*>(m_info.input);
+    }
     template <class Record>
-    Record* OutputRecord() const { return static_cast<Record*>(m_info.output); }
+    Record* OutputRecord() const {
+        return static_cast<Record*>(m_info.output);
+    }
 
     std::string m_output;
     unsigned long long m_spare[2];

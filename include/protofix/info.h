@@ -23,16 +23,16 @@ extern "C" {
  * borrowed for the duration of the next Serialize or Deserialize.
  */
 typedef struct PROTOCOL_FIX_INFO {
-    int mode;                /* PROTOFIX_MODE_RECORD or PROTOFIX_MODE_TEXT */
-    const char* name;        /* section name, matched without regard to case; may be null */
-    int channel;             /* written as "channel" in the envelope */
-    void* input;             /* Serialize: the record (or F5 text) to convert */
-    int inputLength;         /* Serialize: bytes at input; read only by the sections that say so */
-    void* output;            /* Deserialize: the record (or F5 text) to fill */
-    int outputLength;        /* Deserialize: bytes at output; the capacity of an F5 text */
-    int videoStandard;       /* PROTOFIX_STANDARD_PAL or PROTOFIX_STANDARD_NTSC */
-    int subMode;             /* 0 plain fields, 1 fields merged into the current configuration */
-    const char* current;     /* the device's current reply, {"params":{"table":...}} */
+    int mode;            /* PROTOFIX_MODE_RECORD or PROTOFIX_MODE_TEXT */
+    const char* name;    /* section name, matched without regard to case; may be null */
+    int channel;         /* written as "channel" in the envelope */
+    void* input;         /* Serialize: the record (or F5 text) to convert */
+    int inputLength;     /* Serialize: bytes at input; read only by the sections that say so */
+    void* output;        /* Deserialize: the record (or F5 text) to fill */
+    int outputLength;    /* Deserialize: bytes at output; the capacity of an F5 text */
+    int videoStandard;   /* PROTOFIX_STANDARD_PAL or PROTOFIX_STANDARD_NTSC */
+    int subMode;         /* 0 plain fields, 1 fields merged into the current configuration */
+    const char* current; /* the device's current reply, {"params":{"table":...}} */
     unsigned char reserved[8];
 } PROTOCOL_FIX_INFO;
 

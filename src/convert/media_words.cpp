@@ -15,13 +15,21 @@ constexpr const char* kBitRateControl[] = {"CBR", "VBR"};
 
 constexpr const char* kAudioCompression[] = {"G.711A", "PCM", "G.711Mu", "AMR", "AAC"};
 
-constexpr const char* kVideoCompression[] = {"MPEG4", "MS-MPEG4", "MPEG2",     "MPEG1", "H.263",
-                                             "MJPG",  "FCC-MPEG4", "H.264",    "H.265", "SVAC"};
+constexpr const char* kVideoCompression[] = {"MPEG4", "MS-MPEG4",  "MPEG2", "MPEG1", "H.263",
+                                             "MJPG",  "FCC-MPEG4", "H.264", "H.265", "SVAC"};
 
-constexpr const char* kWhiteBalance[] = {
-    "Disable", "Auto",  "Custom", "Sunny",  "Cloudy",
-    "Home",    "Office", "Night", "HighColorTemperature", "LowColorTemperature",
-    "AutoColorTemperature", "CustomColorTemperature"};
+constexpr const char* kWhiteBalance[] = {"Disable",
+                                         "Auto",
+                                         "Custom",
+                                         "Sunny",
+                                         "Cloudy",
+                                         "Home",
+                                         "Office",
+                                         "Night",
+                                         "HighColorTemperature",
+                                         "LowColorTemperature",
+                                         "AutoColorTemperature",
+                                         "CustomColorTemperature"};
 
 constexpr const char* kSignalFormat[] = {"Inside", "BT656", "720p", "1080p", "1080i", "1080sF"};
 
@@ -39,17 +47,17 @@ struct ImageSize {
 };
 
 constexpr ImageSize kImageSizes[] = {
-    {704, 576, 480, true},     {352, 576, 480, true},     {704, 288, 240, true},   // 0..2
-    {352, 288, 240, true},     {176, 144, 120, true},     {640, 480, 480, false},  // 3..5
-    {320, 240, 240, false},    {480, 480, 480, false},    {160, 128, 128, false},  // 6..8
-    {800, 592, 592, false},    {1024, 768, 768, false},   {1280, 800, 800, false},  // 9..11
+    {704, 576, 480, true},     {352, 576, 480, true},     {704, 288, 240, true},      // 0..2
+    {352, 288, 240, true},     {176, 144, 120, true},     {640, 480, 480, false},     // 3..5
+    {320, 240, 240, false},    {480, 480, 480, false},    {160, 128, 128, false},     // 6..8
+    {800, 592, 592, false},    {1024, 768, 768, false},   {1280, 800, 800, false},    // 9..11
     {1280, 1024, 1024, false}, {1600, 1024, 1024, false}, {1600, 1200, 1200, false},  // 12..14
-    {1920, 1200, 1200, false}, {240, 192, 192, false},    {1280, 720, 720, false},  // 15..17
+    {1920, 1200, 1200, false}, {240, 192, 192, false},    {1280, 720, 720, false},    // 15..17
     {1920, 1080, 1080, false}, {1280, 960, 960, false},   {1872, 1408, 1408, false},  // 18..20
     {3744, 1408, 1408, false}, {2048, 1536, 1536, false}, {2432, 2050, 2050, false},  // 21..23
     {1216, 1024, 1024, false}, {1408, 1024, 1024, false}, {3296, 2472, 2472, false},  // 24..26
-    {2560, 1920, 1920, false}, {960, 576, 480, true},     {960, 720, 720, false},  // 27..29
-    {640, 360, 360, false},    {320, 180, 180, false},    {160, 90, 90, false},  // 30..32
+    {2560, 1920, 1920, false}, {960, 576, 480, true},     {960, 720, 720, false},     // 27..29
+    {640, 360, 360, false},    {320, 180, 180, false},    {160, 90, 90, false},       // 30..32
 };
 
 // Code 28 is read by the standard but always written as its PAL size.
@@ -108,10 +116,10 @@ void CReqConfigProtocolFix::Video_WHTo_ImageSize(int& size, int standard, int wi
     for (std::size_t code = 0; code < std::size(kImageSizes); ++code) {
         const ImageSize& row = kImageSizes[code];
         if (row.width != width) continue;
-        const bool matches = row.byStandard
-                                 ? (standard == PROTOFIX_STANDARD_PAL && row.height == height) ||
-                                       (standard == PROTOFIX_STANDARD_NTSC && row.ntscHeight == height)
-                                 : row.height == height;
+        const bool matches =
+            row.byStandard ? (standard == PROTOFIX_STANDARD_PAL && row.height == height) ||
+                                 (standard == PROTOFIX_STANDARD_NTSC && row.ntscHeight == height)
+                           : row.height == height;
         if (matches) {
             size = static_cast<int>(code);
             return;
@@ -125,7 +133,8 @@ void CReqConfigProtocolFix::Video_ImageSize_ToWH(int size, int standard, int& wi
     const ImageSize& row = kImageSizes[code];
     width = row.width;
     // Any standard but PAL reads the NTSC height.
-    height = standard == PROTOFIX_STANDARD_PAL || size == kWrittenAsPal ? row.height : row.ntscHeight;
+    height =
+        standard == PROTOFIX_STANDARD_PAL || size == kWrittenAsPal ? row.height : row.ntscHeight;
 }
 
 std::string CReqConfigProtocolFix::Audio_Compression(int code) {

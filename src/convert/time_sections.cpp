@@ -38,7 +38,7 @@ bool ScanNormal(const char* text, int& flag, tagKZ_TSECT& sect) {
 void WriteNormal(int flag, const tagKZ_TSECT& sect, Json::Value& node) {
     char text[kTextBuffer] = {};
     protofix::_snprintf(text, sizeof text, kNormalForm, flag, sect.beginHour, sect.beginMinute,
-                  sect.beginSecond, sect.endHour, sect.endMinute, sect.endSecond);
+                        sect.beginSecond, sect.endHour, sect.endMinute, sect.endSecond);
     node = Json::Value(text);
 }
 
@@ -70,7 +70,7 @@ bool CReqConfigProtocolFix::ParseNormalTimeEx(tagKZ_TSECT& sect, const char* tex
 int CReqConfigProtocolFix::PacketNormalTimeEx(const tagKZ_TSECT& sect, Json::Value& node) {
     char text[kTextBuffer] = {};
     protofix::_snprintf(text, sizeof text, kShortForm, sect.beginHour, sect.beginMinute,
-                  sect.beginSecond, sect.endHour, sect.endMinute, sect.endSecond);
+                        sect.beginSecond, sect.endHour, sect.endMinute, sect.endSecond);
     node = Json::Value(text);
     return 1;
 }

@@ -47,8 +47,8 @@ Json::Value TimeSectionText(const unsigned char* at) {
     std::int32_t v[7];
     std::memcpy(v, at, sizeof v);
     char text[96];
-    const int length =
-        std::snprintf(text, sizeof text, kTimeSectionText, v[0], v[1], v[2], v[3], v[4], v[5], v[6]);
+    const int length = std::snprintf(text, sizeof text, kTimeSectionText, v[0], v[1], v[2], v[3],
+                                     v[4], v[5], v[6]);
     // Seven ints need at most 86 characters: the text is never cut.
     return Json::Value(text, text + (length > 0 ? length : 0));
 }
@@ -56,35 +56,24 @@ Json::Value TimeSectionText(const unsigned char* at) {
 Json::Value ElementToJson(const Field& field, const unsigned char* at, TimeSections style) {
     if (style == TimeSections::Text && IsTimeSection(field)) return TimeSectionText(at);
     switch (field.kind) {
-        case Kind::Int8:
-            return Json::Value(static_cast<Json::Int>(Load<std::int8_t>(at)));
-        case Kind::Int16:
-            return Json::Value(static_cast<Json::Int>(Load<std::int16_t>(at)));
-        case Kind::Int32:
-            return Json::Value(static_cast<Json::Int>(Load<std::int32_t>(at)));
+        case Kind::Int8: return Json::Value(static_cast<Json::Int>(Load<std::int8_t>(at)));
+        case Kind::Int16: return Json::Value(static_cast<Json::Int>(Load<std::int16_t>(at)));
+        case Kind::Int32: return Json::Value(static_cast<Json::Int>(Load<std::int32_t>(at)));
         case Kind::UInt8:
         case Kind::Reserved:
-        case Kind::Padding:
-            return Json::Value(static_cast<Json::UInt>(Load<std::uint8_t>(at)));
-        case Kind::UInt16:
-            return Json::Value(static_cast<Json::UInt>(Load<std::uint16_t>(at)));
-        case Kind::UInt32:
-            return Json::Value(static_cast<Json::UInt>(Load<std::uint32_t>(at)));
-        case Kind::Int64:
-            return Json::Value(static_cast<Json::Int64>(Load<std::int64_t>(at)));
-        case Kind::UInt64:
-            return Json::Value(static_cast<Json::UInt64>(Load<std::uint64_t>(at)));
-        case Kind::Float:
-            return Json::Value(static_cast<double>(Load<float>(at)));
-        case Kind::Double:
-            return Json::Value(Load<double>(at));
+        case Kind::Padding: return Json::Value(static_cast<Json::UInt>(Load<std::uint8_t>(at)));
+        case Kind::UInt16: return Json::Value(static_cast<Json::UInt>(Load<std::uint16_t>(at)));
+        case Kind::UInt32: return Json::Value(static_cast<Json::UInt>(Load<std::uint32_t>(at)));
+        case Kind::Int64: return Json::Value(static_cast<Json::Int64>(Load<std::int64_t>(at)));
+        case Kind::UInt64: return Json::Value(static_cast<Json::UInt64>(Load<std::uint64_t>(at)));
+        case Kind::Float: return Json::Value(static_cast<double>(Load<float>(at)));
+        case Kind::Double: return Json::Value(Load<double>(at));
         case Kind::Text: {
             // Up to the first NUL, and never past the width: a full field has no NUL.
             const char* text = reinterpret_cast<const char*>(at);
             return Json::Value(text, std::find(text, text + field.elementSize, '\0'));
         }
-        case Kind::Record:
-            return ToJson(*field.record, at, style);
+        case Kind::Record: return ToJson(*field.record, at, style);
     }
     return Json::Value();
 }
@@ -189,8 +178,8 @@ bool WriteTimeSectionText(const Json::Value& value, unsigned char* at, const std
     std::int32_t v[7];
     int consumed = 0;
     const std::string text = value.asString();
-    const int read = std::sscanf(text.c_str(), "%d %d:%d:%d-%d:%d:%d%n", &v[0], &v[1], &v[2],
-                                 &v[3], &v[4], &v[5], &v[6], &consumed);
+    const int read = std::sscanf(text.c_str(), "%d %d:%d:%d-%d:%d:%d%n", &v[0], &v[1], &v[2], &v[3],
+                                 &v[4], &v[5], &v[6], &consumed);
     if (read != 7 || static_cast<std::size_t>(consumed) != text.size()) {
         return Fail(error, path, "expected a time section \"FLAG HH:MM:SS-HH:MM:SS\"");
     }

@@ -33,19 +33,19 @@ enum class Kind {
 struct Descriptor;
 
 struct Field {
-    std::string name;                 // the record's field name; "" for padding
-    std::size_t offset = 0;           // from the start of the record
-    std::size_t size = 0;             // bytes of the whole field, every element included
+    std::string name;        // the record's field name; "" for padding
+    std::size_t offset = 0;  // from the start of the record
+    std::size_t size = 0;    // bytes of the whole field, every element included
     Kind kind = Kind::UInt8;
-    std::size_t elementSize = 0;      // bytes of one element (a Text element: its full width)
-    std::vector<std::size_t> shape;   // array dimensions, outermost first; empty for one value
+    std::size_t elementSize = 0;         // bytes of one element (a Text element: its full width)
+    std::vector<std::size_t> shape;      // array dimensions, outermost first; empty for one value
     const Descriptor* record = nullptr;  // Kind::Record: the nested record
 };
 
 struct Descriptor {
-    std::string name;                 // the record's type name, "KZDEV_ALARMIN_CFG"
-    std::size_t size = 0;             // sizeof the record
-    std::vector<Field> fields;        // in offset order; fields and padding cover every byte once
+    std::string name;           // the record's type name, "KZDEV_ALARMIN_CFG"
+    std::size_t size = 0;       // sizeof the record
+    std::vector<Field> fields;  // in offset order; fields and padding cover every byte once
 };
 
 // Every record that has a descriptor, and one by its type name (null when there is none).

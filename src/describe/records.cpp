@@ -55,15 +55,13 @@ constexpr Kind IntegerKind() {
 
 template <class Member>
 void AppendExtents(std::vector<std::size_t>& shape) {
-    if constexpr (std::rank_v<Member> > 0) {
+    if constexpr (std::rank_v < Member >> 0) {
         shape.push_back(std::extent_v<Member>);
         AppendExtents<std::remove_extent_t<Member>>(shape);
     }
 }
 
-bool NamedReserved(std::string_view name) {
-    return name.substr(0, 8) == "reserved";
-}
+bool NamedReserved(std::string_view name) { return name.substr(0, 8) == "reserved"; }
 
 // One named field, its kind and shape taken from the member's declared type.
 template <class Member>
@@ -75,7 +73,7 @@ Field MakeField(const char* name, std::size_t offset) {
     field.size = sizeof(Member);
     field.elementSize = sizeof(Element);
     AppendExtents<Member>(field.shape);
-    if constexpr (std::is_same_v<Element, char> && std::rank_v<Member> > 0) {
+    if constexpr (std::is_same_v<Element, char> && std::rank_v < Member >> 0) {
         // The innermost dimension is the width of one text.
         field.kind = Kind::Text;
         field.elementSize = field.shape.back();
@@ -128,16 +126,16 @@ Descriptor Build(const char* name, std::size_t size, std::initializer_list<Field
 
 // The macros expand inside protofix::describe's unnamed namespace; PROTOFIX_FIELD and
 // PROTOFIX_PAD are valid only within a PROTOFIX_RECORD block, where Self is the record.
-#define PROTOFIX_RECORD(Type, ...)                                                   \
-    namespace protofix::describe {                                                   \
-    namespace {                                                                      \
-    template <>                                                                      \
-    const Descriptor& DescriptorOf<Type>() {                                         \
-        using Self = Type;                                                           \
+#define PROTOFIX_RECORD(Type, ...)                                                      \
+    namespace protofix::describe {                                                      \
+    namespace {                                                                         \
+    template <>                                                                         \
+    const Descriptor& DescriptorOf<Type>() {                                            \
+        using Self = Type;                                                              \
         static const Descriptor descriptor = Build(#Type, sizeof(Self), {__VA_ARGS__}); \
-        return descriptor;                                                           \
-    }                                                                                \
-    }                                                                                \
+        return descriptor;                                                              \
+    }                                                                                   \
+    }                                                                                   \
     }
 #define PROTOFIX_FIELD(member) MakeField<decltype(Self::member)>(#member, offsetof(Self, member))
 #define PROTOFIX_PAD(bytes) MakePadding(bytes)
@@ -737,7 +735,6 @@ const std::vector<const Descriptor*>& AllDescriptors() {
         &DescriptorOf<KZDEV_VIDEO_STANDARD_CFG>(),
         &DescriptorOf<KZDEV_MEDIA_GLOBAL_CFG>(),
 
-
         // records/overlay.h
         &DescriptorOf<KZ_CHANNEL_TITLE>(),
         &DescriptorOf<KZ_OSD_TITLE>(),
@@ -747,13 +744,11 @@ const std::vector<const Descriptor*>& AllDescriptors() {
         &DescriptorOf<KZDEV_VIDEOWIDGET_CHANNEL_CFG>(),
         &DescriptorOf<KZDEV_WATERMARK_CFG>(),
 
-
         // records/storage.h
         &DescriptorOf<KZDEV_RECORD_CFG>(),
         &DescriptorOf<KZ_NAS_TSECT>(),
         &DescriptorOf<KZDEV_NAS_CFG>(),
         &DescriptorOf<KZDEV_STORAGEGROUP_CFG>(),
-
 
         // records/device.h
         &DescriptorOf<KZDEV_GENERAL_CFG>(),

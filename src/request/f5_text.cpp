@@ -24,8 +24,8 @@ bool ReadF5Buffer(const char* buffer, int capacity, Json::Value& document) {
     if (buffer == nullptr) return false;
     const std::size_t room = capacity > 0 ? static_cast<std::size_t>(capacity) : 0;
     const void* nul = std::memchr(buffer, '\0', room);
-    const std::size_t length = nul ? static_cast<std::size_t>(static_cast<const char*>(nul) - buffer)
-                                   : room;
+    const std::size_t length =
+        nul ? static_cast<std::size_t>(static_cast<const char*>(nul) - buffer) : room;
     return ParseText(std::string(buffer, length), document);
 }
 

@@ -96,11 +96,15 @@ Field WholePart(double value) {
 // ---- record to table --------------------------------------------------------------------------
 // A flag is true exactly when the field holds 1.
 template <class Field>
-Json::Value Flag(Field field) { return Json::Value(field == 1); }
+Json::Value Flag(Field field) {
+    return Json::Value(field == 1);
+}
 
 // A signed JSON integer of any integer field (an unsigned 16-bit port is widened).
 template <class Field>
-Json::Value Int(Field field) { return Json::Value(static_cast<Json::Int>(field)); }
+Json::Value Int(Field field) {
+    return Json::Value(static_cast<Json::Int>(field));
+}
 
 inline Json::Value UInt(unsigned int field) { return Json::Value(static_cast<Json::UInt>(field)); }
 
@@ -123,7 +127,9 @@ std::string TextOf(const char (&field)[N]) {
 std::string TextUpTo(const char* text, const void* recordEnd);
 
 template <class Record>
-const void* EndOf(const Record* record) { return record + 1; }
+const void* EndOf(const Record* record) {
+    return record + 1;
+}
 
 // ---- table to record --------------------------------------------------------------------------
 // Presence-tested reads: a null value leaves the field as it was.

@@ -24,7 +24,8 @@ TEST(ChannelWidget, PacketWritesBothTitles) {
     auto cfg = Zeroed<KZDEV_VIDEOWIDGET_CHANNEL_CFG>();
     cfg->titleFrontColor = 0x04030201u;
     cfg->titleBackColor = 0xFF000080u;
-    cfg->titleRect[0] = 1, cfg->titleRect[1] = 2, cfg->titleRect[2] = -1, cfg->titleRect[3] = 0x100000005LL;
+    cfg->titleRect[0] = 1, cfg->titleRect[1] = 2, cfg->titleRect[2] = -1,
+    cfg->titleRect[3] = 0x100000005LL;
     cfg->titleEncodeBlend = 2;
     cfg->timeFrontColor = 0x000000FFu;
     cfg->timeRect[0] = 10, cfg->timeRect[1] = 20, cfg->timeRect[2] = 30, cfg->timeRect[3] = 40;
@@ -39,17 +40,24 @@ TEST(ChannelWidget, PacketWritesBothTitles) {
 
 // Each case parses a table into a record that starts as the seed below.
 TEST(ChannelWidget, Parse) {
-    struct Case { const char* table; void (*expect)(KZDEV_VIDEOWIDGET_CHANNEL_CFG&); };
+    struct Case {
+        const char* table;
+        void (*expect)(KZDEV_VIDEOWIDGET_CHANNEL_CFG&);
+    };
     const Case cases[] = {
         // OR-ed into the seed's 0x10, not cleared; element 0 whole, 1 and 2 by their low byte.
         {R"({"ChannelTitle":{"FrontColor":[1,2,3,4],"BackColor":[256,257,2,1]}})",
-         [](KZDEV_VIDEOWIDGET_CHANNEL_CFG& c) { c.titleFrontColor = 0x04030211u; c.titleBackColor = 0x01020110u; }},
+         [](KZDEV_VIDEOWIDGET_CHANNEL_CFG& c) {
+             c.titleFrontColor = 0x04030211u;
+             c.titleBackColor = 0x01020110u;
+         }},
         {R"({"ChannelTitle":{"FrontColor":[1,2,3]},"TimeTitle":{"BackColor":[1,2,3]}})",
          [](KZDEV_VIDEOWIDGET_CHANNEL_CFG&) {}},
         // Without "TimeTitle", the channel title alone; its week day is not read.
         {R"({"ChannelTitle":{"Rect":[1,2,3,4294967295],"EncodeBlend":false,"ShowWeek":false}})",
          [](KZDEV_VIDEOWIDGET_CHANNEL_CFG& c) {
-             c.titleRect[0] = 1, c.titleRect[1] = 2, c.titleRect[2] = 3, c.titleRect[3] = 4294967295LL;
+             c.titleRect[0] = 1, c.titleRect[1] = 2, c.titleRect[2] = 3,
+             c.titleRect[3] = 4294967295LL;
              c.titleEncodeBlend = 0;
          }},
         {R"({"TimeTitle":{"Rect":[5,6,7,8],"ShowWeek":false,"EncodeBlend":0,"FrontColor":[0,0,0,1]}})",
@@ -64,7 +72,8 @@ TEST(ChannelWidget, Parse) {
     for (const Case& c : cases) {
         auto cfg = Zeroed<KZDEV_VIDEOWIDGET_CHANNEL_CFG>();
         std::memset(cfg->reserved1, 0x3C, sizeof cfg->reserved1);
-        cfg->titleFrontColor = cfg->titleBackColor = cfg->timeFrontColor = cfg->timeBackColor = 0x10;
+        cfg->titleFrontColor = cfg->titleBackColor = cfg->timeFrontColor = cfg->timeBackColor =
+            0x10;
         cfg->titleRect[3] = cfg->timeRect[3] = -9;
         cfg->titleEncodeBlend = cfg->timeEncodeBlend = cfg->timeShowWeek = 1;
         auto expected = CopyOf(*cfg);
@@ -87,7 +96,8 @@ TEST(WatermarkRecord, Packet) {
     auto cfg = Zeroed<KZDEV_WATERMARK_CFG>();
     cfg->enable = 1;
     SetText(cfg->string, "cam 3");
-    EXPECT_EQ(Packet("VideoWaterMark", cfg.get()).table(), ParseJson(R"({"Enable":true,"String":"cam 3"})"));
+    EXPECT_EQ(Packet("VideoWaterMark", cfg.get()).table(),
+              ParseJson(R"({"Enable":true,"String":"cam 3"})"));
     cfg->enable = 2;  // true for 1 only
     support::FillText(cfg->string, 'w');
     EXPECT_EQ(Packet("VideoWaterMark", cfg.get()).table(),
@@ -96,14 +106,20 @@ TEST(WatermarkRecord, Packet) {
 
 // The table is an object, or an array whose element 0 is used; "String" sets the data type.
 TEST(WatermarkRecord, Parse) {
-    struct Case { const char* table; unsigned int enable, dataType; const char* string; };
+    struct Case {
+        const char* table;
+        unsigned int enable, dataType;
+        const char* string;
+    };
     const Case cases[] = {
         {R"([{"Enable":true,"String":"abc"}])", 1, 1, "abc"},
         {R"({"Enable":false})", 0, 7, "old"},
         {R"({"Enable":2,"String":null})", 1, 7, "old"},
         {R"({"String":5})", 9, 1, ""},
         {R"([{"String":"first"},{"String":"second"}])", 9, 1, "first"},
-        {"[]", 9, 7, "old"}, {"[5]", 9, 7, "old"}, {R"("abc")", 9, 7, "old"},
+        {"[]", 9, 7, "old"},
+        {"[5]", 9, 7, "old"},
+        {R"("abc")", 9, 7, "old"},
     };
     for (const Case& c : cases) {
         auto cfg = Zeroed<KZDEV_WATERMARK_CFG>();
@@ -116,14 +132,19 @@ TEST(WatermarkRecord, Parse) {
         EXPECT_EQ(support::TextOf(cfg->string), c.string) << c.table;
     }
     auto cfg = Zeroed<KZDEV_WATERMARK_CFG>();
-    ASSERT_EQ(Parse("VideoWaterMark", R"({"String":")" + std::string(130, 's') + "\"}", cfg.get()), 1);
+    ASSERT_EQ(Parse("VideoWaterMark", R"({"String":")" + std::string(130, 's') + "\"}", cfg.get()),
+              1);
     EXPECT_EQ(support::TextOf(cfg->string), std::string(127, 's'));
 }
 
 // ---- VideoWaterMark, F5 text mode ------------------------------------------------------------
 
 TEST(WatermarkText, Packet) {
-    struct Case { const char* f5; bool result; const char* table; };
+    struct Case {
+        const char* f5;
+        bool result;
+        const char* table;
+    };
     const Case cases[] = {
         {R"({"WaterMark":{"En":1,"String":"cam"}})", true, R"({"Enable":true,"String":"cam"})"},
         {R"({"WaterMark":[{"En":2,"String":7},{"En":1}]})", true, R"({"Enable":false,"String":7})"},
@@ -142,7 +163,11 @@ TEST(WatermarkText, Packet) {
 // The values go into the "WaterMark" object, or into every element of it; the rest of the text
 // is kept.
 TEST(WatermarkText, Merge) {
-    struct Case { const char* f5; const char* table; const char* merged; };
+    struct Case {
+        const char* f5;
+        const char* table;
+        const char* merged;
+    };
     const Case cases[] = {
         {R"({"WaterMark":{"En":0,"String":"a","Keep":1}})", R"({"Enable":true,"String":"b"})",
          R"({"WaterMark":{"En":1,"String":"b","Keep":1}})"},
@@ -162,8 +187,8 @@ TEST(WatermarkText, Merge) {
 }
 
 TEST(WatermarkText, MergeRefusals) {
-    overlay_support::ExpectCapacityRule("VideoWaterMark", R"({"WaterMark":{"En":0}})", R"({"Enable":true})",
-                                        Written(R"({"WaterMark":{"En":1}})"));
+    overlay_support::ExpectCapacityRule("VideoWaterMark", R"({"WaterMark":{"En":0}})",
+                                        R"({"Enable":true})", Written(R"({"WaterMark":{"En":1}})"));
 }
 
 }  // namespace

@@ -41,7 +41,8 @@ TEST(DescribeLayout, FieldsAndPaddingCoverEveryByteOnce) {
             EXPECT_EQ(field.size, std::accumulate(field.shape.begin(), field.shape.end(),
                                                   field.elementSize, std::multiplies<>()));
             EXPECT_TRUE(field.kind != Kind::Record ||
-                        FindDescriptor(field.record->name) == field.record) << "not listed";
+                        FindDescriptor(field.record->name) == field.record)
+                << "not listed";
         }
         EXPECT_EQ(end, descriptor->size) << descriptor->name;
     }
@@ -67,9 +68,11 @@ TEST(DescribeView, RoundTripKeepsEveryByte) {
             auto target = std::make_unique<unsigned char[]>(descriptor->size);
             ZeroPadding(*descriptor, source.get());
             std::string error;
-            ASSERT_TRUE(FromJson(*descriptor, ToJson(*descriptor, source.get(), style), target.get(), error))
+            ASSERT_TRUE(FromJson(*descriptor, ToJson(*descriptor, source.get(), style),
+                                 target.get(), error))
                 << descriptor->name << ": " << error;
-            EXPECT_EQ(std::memcmp(source.get(), target.get(), descriptor->size), 0) << descriptor->name;
+            EXPECT_EQ(std::memcmp(source.get(), target.get(), descriptor->size), 0)
+                << descriptor->name;
         }
     }
 }
@@ -91,7 +94,8 @@ TEST(DescribeView, TimeSectionText) {
     ASSERT_TRUE(FromJson(descriptor, view, read.get(), error)) << error;
     EXPECT_TRUE(support::SameBytes(*read, *alarm));
     for (const char* bad : {"1 08:00:00", "1 08:00:00-18:00:00 ", "x 08:00:00-18:00:00", ""}) {
-        const Json::Value partial = support::ParseJson(std::string(R"({"timeSections":[[")") + bad + R"("]]})");
+        const Json::Value partial =
+            support::ParseJson(std::string(R"({"timeSections":[[")") + bad + R"("]]})");
         EXPECT_FALSE(FromJson(descriptor, partial, read.get(), error)) << bad;
         EXPECT_EQ(error, "timeSections[0][0]: expected a time section \"FLAG HH:MM:SS-HH:MM:SS\"");
     }

@@ -48,7 +48,9 @@ TEST(DeviceRecordLayout, SerialPortsAndPtz) {
     layout::ExpectPositions(positions);
 }
 
-static_assert(std::is_trivially_copyable_v<KZDEV_LOCALES_CFG> && std::is_standard_layout_v<KZDEV_LOCALES_CFG> &&
-              std::is_trivially_copyable_v<KZDEV_PTZ_CFG> && std::is_standard_layout_v<KZDEV_COMM_CFG>);
+static_assert(std::is_trivially_copyable_v<KZDEV_LOCALES_CFG> &&
+              std::is_standard_layout_v<KZDEV_LOCALES_CFG> &&
+              std::is_trivially_copyable_v<KZDEV_PTZ_CFG> &&
+              std::is_standard_layout_v<KZDEV_COMM_CFG>);
 
 }  // namespace

@@ -47,7 +47,8 @@ inline PROTOCOL_FIX_INFO InfoOf(const char* section, const Request& request) {
     return info;
 }
 
-inline support::Envelope Packet(const char* section, const void* input, const Request& request = {}) {
+inline support::Envelope Packet(const char* section, const void* input,
+                                const Request& request = {}) {
     PROTOCOL_FIX_INFO info = InfoOf(section, request);
     info.input = const_cast<void*>(input);
     return support::Serialize(info);

@@ -22,7 +22,8 @@ struct Row {
 
 const std::vector<Row>& Rows() {
     static const std::vector<Row> rows = {
-#define PROTOFIX_SECTION(name, suffix, record, modes) {name, protofix::describe::kRecordSize<record>, (modes)},
+#define PROTOFIX_SECTION(name, suffix, record, modes) \
+    {name, protofix::describe::kRecordSize<record>, (modes)},
 #include <protofix/sections.def>
     };
     return rows;
@@ -49,9 +50,11 @@ struct Outcome {
 Outcome Convert(const Row& row) {
     const bool textOnly = row.recordSize == 0;
     std::vector<unsigned char> record(textOnly ? 64 : row.recordSize);
-    for (std::size_t i = 0; i < record.size(); ++i) record[i] = static_cast<unsigned char>(i * 7 + 1);
+    for (std::size_t i = 0; i < record.size(); ++i)
+        record[i] = static_cast<unsigned char>(i * 7 + 1);
     if (textOnly) std::strcpy(reinterpret_cast<char*>(record.data()), "{}");
-    PROTOCOL_FIX_INFO info = support::Info(row.name, textOnly ? PROTOFIX_MODE_TEXT : PROTOFIX_MODE_RECORD);
+    PROTOCOL_FIX_INFO info =
+        support::Info(row.name, textOnly ? PROTOFIX_MODE_TEXT : PROTOFIX_MODE_RECORD);
     info.input = record.data();
     info.inputLength = static_cast<int>(record.size());
     info.output = record.data();
@@ -62,7 +65,8 @@ Outcome Convert(const Row& row) {
     int len = 0;
     const char* text = request.Serialize(len);
     run.envelope.assign(text, static_cast<std::size_t>(len));
-    const std::string table = Json::FastWriter().write(support::ParseJson(run.envelope)["params"]["table"]);
+    const std::string table =
+        Json::FastWriter().write(support::ParseJson(run.envelope)["params"]["table"]);
     try {
         run.result = request.Deserialize(table.c_str(), 0);
     } catch (const Json::Exception&) {
@@ -80,7 +84,9 @@ TEST(Dispatch, EveryNameInAnyCaseReachesItsSection) {
             // A mode that no section accepts is refused (-1) by a section, never 0 (no match).
             auto record = std::vector<unsigned char>(row.recordSize + 1);
             EXPECT_EQ(support::Parse(name.c_str(), "{}", record.data(),
-                                     static_cast<int>(record.size()), 2), -1) << name;
+                                     static_cast<int>(record.size()), 2),
+                      -1)
+                << name;
             // Serialize reaches the section: a record (or an empty F5 text) converts.
             Row spelled = row;
             spelled.name = name.c_str();
@@ -113,7 +119,8 @@ TEST(Threads, ObjectsOnSeveralThreadsConvertAsOneThreadDoes) {
         });
     }
     for (std::thread& thread : threads) thread.join();
-    for (int t = 0; t < kThreads; ++t) EXPECT_EQ(mismatches[static_cast<std::size_t>(t)], 0) << "thread " << t;
+    for (int t = 0; t < kThreads; ++t)
+        EXPECT_EQ(mismatches[static_cast<std::size_t>(t)], 0) << "thread " << t;
 }
 
 }  // namespace

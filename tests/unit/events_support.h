@@ -27,7 +27,8 @@ template <class Record>
 std::unique_ptr<Record> Patterned() {
     auto record = std::make_unique<Record>();
     auto* bytes = reinterpret_cast<unsigned char*>(record.get());
-    for (std::size_t i = 0; i < sizeof(Record); ++i) bytes[i] = static_cast<unsigned char>(0xA0 + i % 7);
+    for (std::size_t i = 0; i < sizeof(Record); ++i)
+        bytes[i] = static_cast<unsigned char>(0xA0 + i % 7);
     return record;
 }
 

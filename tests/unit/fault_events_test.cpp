@@ -50,15 +50,24 @@ TEST(StorageRecordPacket, EachSectionWritesItsOwnBlock) {
     cfg->failure.enable = 1;
     cfg->failure.timeSections[6][5] = {0, 0, 0, 0, 24, 0, 0};
     cfg->failure.handler.recordChannels[31] = 1;
-    struct Case { const char* section; const char* table; const char* day0, *day6; const char* channels; };
+    struct Case {
+        const char* section;
+        const char* table;
+        const char *day0, *day6;
+        const char* channels;
+    };
     const Case cases[] = {
-        {"StorageNotExist", R"({"Enable":true})", "1 08:00:00-18:00:00", "0 00:00:00-00:00:00", "[1]"},
-        {"StorageLowSpace", R"({"Enable":false,"LowerLimit":44})", "1 01:02:03-04:05:06", "0 00:00:00-00:00:00", "[2]"},
-        {"StorageFailure", R"({"Enable":true})", "0 00:00:00-00:00:00", "0 00:00:00-24:00:00", "[31]"},
+        {"StorageNotExist", R"({"Enable":true})", "1 08:00:00-18:00:00", "0 00:00:00-00:00:00",
+         "[1]"},
+        {"StorageLowSpace", R"({"Enable":false,"LowerLimit":44})", "1 01:02:03-04:05:06",
+         "0 00:00:00-00:00:00", "[2]"},
+        {"StorageFailure", R"({"Enable":true})", "0 00:00:00-00:00:00", "0 00:00:00-24:00:00",
+         "[31]"},
     };
     for (const Case& c : cases) {
         Json::Value handler;
-        EXPECT_EQ(WithoutHandler(Packet(c.section, cfg.get()).table(), handler), ParseJson(c.table)) << c.section;
+        EXPECT_EQ(WithoutHandler(Packet(c.section, cfg.get()).table(), handler), ParseJson(c.table))
+            << c.section;
         ASSERT_EQ(handler["TimeSection"].size(), 7u) << c.section;
         EXPECT_EQ(handler["TimeSection"][6].size(), 6u) << c.section;
         EXPECT_EQ(handler["TimeSection"][0][0], c.day0) << c.section;
@@ -78,16 +87,21 @@ TEST(StorageRecordParse, EachSectionChangesOnlyItsOwnBlock) {
         ASSERT_EQ(Parse(own.section, table, cfg.get()), 1) << own.section;
         for (const StorageBlock& other : kStorageBlocks) {
             if (other.block != own.block) {
-                EXPECT_TRUE(SameBytes((*cfg).*other.block, (*before).*other.block)) << own.section << " " << other.section;
+                EXPECT_TRUE(SameBytes((*cfg).*other.block, (*before).*other.block))
+                    << own.section << " " << other.section;
             }
         }
         const KZ_STORAGE_EVENT& event = (*cfg).*own.block;
         EXPECT_EQ(event.enable, 1) << own.section;
         const bool lowSpace = own.block == &KZDEV_STORAGE_ALARM_CFG::lowSpace;
-        EXPECT_EQ(event.lowerLimit, lowSpace ? 44 : ((*before).*own.block).lowerLimit) << own.section;
-        EXPECT_TRUE(SameBytes(event.timeSections[0][0], tagKZ_TSECT{1, 0, 0, 0, 24, 0, 0})) << own.section;
-        EXPECT_TRUE(SameBytes(event.timeSections[0][1], ((*before).*own.block).timeSections[0][1])) << own.section;
-        const std::vector<unsigned char> channels(event.handler.recordChannels, event.handler.recordChannels + 32);
+        EXPECT_EQ(event.lowerLimit, lowSpace ? 44 : ((*before).*own.block).lowerLimit)
+            << own.section;
+        EXPECT_TRUE(SameBytes(event.timeSections[0][0], tagKZ_TSECT{1, 0, 0, 0, 24, 0, 0}))
+            << own.section;
+        EXPECT_TRUE(SameBytes(event.timeSections[0][1], ((*before).*own.block).timeSections[0][1]))
+            << own.section;
+        const std::vector<unsigned char> channels(event.handler.recordChannels,
+                                                  event.handler.recordChannels + 32);
         std::vector<unsigned char> expected(32, 0);
         expected[4] = 1;
         EXPECT_EQ(channels, expected) << own.section;
@@ -147,7 +161,8 @@ TEST(ConflictRecordPacket, WidensTheOlderLinkageWithoutPtzLinks) {
         h.recordLatch = 12;
         h.attachmentType = 1;
         Json::Value handler;
-        EXPECT_EQ(WithoutHandler(Packet(section, cfg.get()).table(), handler), ParseJson(R"({"Enable":true})"));
+        EXPECT_EQ(WithoutHandler(Packet(section, cfg.get()).table(), handler),
+                  ParseJson(R"({"Enable":true})"));
         EXPECT_FALSE(handler.isMember("PtzLink")) << section;
         EXPECT_FALSE(handler.isMember("TimeSection")) << section;
         EXPECT_EQ(handler["PtzLinkEnable"], true) << section;
@@ -162,7 +177,10 @@ TEST(ConflictRecordPacket, WidensTheOlderLinkageWithoutPtzLinks) {
 // The linkage parse always runs, on the widened record; only the first 16 channels, the words and
 // the single bytes come back. The PTZ block and the bytes past the last field never change.
 TEST(ConflictRecordParse, OnlyTheOlderRecordsFieldsComeBack) {
-    struct Case { const char* section; const char* table; };
+    struct Case {
+        const char* section;
+        const char* table;
+    };
     const Case cases[] = {
         {"IPConflict", R"({"EventHandler":{"RecordChannels":[2,20],"SnapshotChannels":[3,15],
             "PtzLinkEnable":false,"PtzLink":[["Preset",7,0,0,1],["Tour",2,0,0,2]],"Dejitter":5}})"},
@@ -173,7 +191,8 @@ TEST(ConflictRecordParse, OnlyTheOlderRecordsFieldsComeBack) {
         cfg->handler.actionFlags = EVENT_ACTION_PTZ | EVENT_ACTION_TOUR;
         auto expected = CopyOf(*cfg);
         KZ_MSG_HANDLE& e = expected->handler;
-        for (int i = 0; i < KZ_MSG_HANDLE_CHANNELS; ++i) e.recordChannels[i] = e.alarmOutChannels[i] = e.snapshotChannels[i] = 0;
+        for (int i = 0; i < KZ_MSG_HANDLE_CHANNELS; ++i)
+            e.recordChannels[i] = e.alarmOutChannels[i] = e.snapshotChannels[i] = 0;
         if (std::string(c.section) == "IPConflict") {
             e.recordChannels[2] = e.snapshotChannels[3] = e.snapshotChannels[15] = 1;
             e.actionFlags = EVENT_ACTION_TOUR;
@@ -191,10 +210,15 @@ TEST(ConflictRecordParse, OnlyTheOlderRecordsFieldsComeBack) {
 // Each section reads its own member: "En" is on only at 1; "LowerLimit" is the low-space key and
 // is copied whatever it holds (null when absent).
 TEST(FaultTextPacket, SectionMemberBecomesTheTable) {
-    const std::string f5 = R"({"StorageNotExist":{"En":1},"StorageLowSpace":{"En":0,"LowerLimit":15},
+    const std::string f5 =
+        R"({"StorageNotExist":{"En":1},"StorageLowSpace":{"En":0,"LowerLimit":15},
         "StorageFailure":{"En":2,"LowerLimit":3},"NetAbort":{"En":1},"IPConflict":{"LowerLimit":3},
         "MacConflict":{"En":1,"EventHandler":{"RecordEn":1,"Record":[{"En":0},{"En":1}]}}})";
-    struct Case { const char* section; std::string f5; const char* table; };
+    struct Case {
+        const char* section;
+        std::string f5;
+        const char* table;
+    };
     const Case cases[] = {
         {"StorageNotExist", f5, R"({"Enable":true})"},
         {"StorageLowSpace", f5, R"({"Enable":false,"LowerLimit":15})"},
@@ -217,40 +241,55 @@ TEST(FaultTextPacket, SectionMemberBecomesTheTable) {
 // The table's keys go into the section's own member (made when the text has none); the rest of
 // the text is kept. A table, text or member of another kind is written again unchanged.
 TEST(FaultTextParse, TableMergesIntoTheSectionMember) {
-    const char* const old = R"({"StorageLowSpace":{"En":1,"LowerLimit":10,"X":1},"NetAbort":{"En":0}})";
+    const char* const old =
+        R"({"StorageLowSpace":{"En":1,"LowerLimit":10,"X":1},"NetAbort":{"En":0}})";
     const char* const table = R"({"Enable":false,"LowerLimit":300,"Name":"x"})";
-    struct Case { const char* section; const char* old; const char* table; const char* merged; };
+    struct Case {
+        const char* section;
+        const char* old;
+        const char* table;
+        const char* merged;
+    };
     const Case cases[] = {
-        {"StorageLowSpace", old, table, R"({"StorageLowSpace":{"En":0,"LowerLimit":300,"X":1},"NetAbort":{"En":0}})"},
+        {"StorageLowSpace", old, table,
+         R"({"StorageLowSpace":{"En":0,"LowerLimit":300,"X":1},"NetAbort":{"En":0}})"},
         {"StorageFailure", old, table,
          R"({"StorageLowSpace":{"En":1,"LowerLimit":10,"X":1},"NetAbort":{"En":0},"StorageFailure":{"En":0}})"},
-        {"NetAbort", old, R"({"Enable":true})", R"({"StorageLowSpace":{"En":1,"LowerLimit":10,"X":1},"NetAbort":{"En":1}})"},
+        {"NetAbort", old, R"({"Enable":true})",
+         R"({"StorageLowSpace":{"En":1,"LowerLimit":10,"X":1},"NetAbort":{"En":1}})"},
         {"StorageLowSpace", old, R"({"Enable":null,"LowerLimit":null})", old},
         {"StorageLowSpace", old, "[1]", old},
-        {"NetAbort", R"({"NetAbort":5})", R"({"Enable":true,"EventHandler":{}})", R"({"NetAbort":5})"},
+        {"NetAbort", R"({"NetAbort":5})", R"({"Enable":true,"EventHandler":{}})",
+         R"({"NetAbort":5})"},
         {"IPConflict", "[1,2]", R"({"Enable":true})", "[1,2]"},
-        {"MacConflict", R"({"MacConflict":{"EventHandler":7}})", R"({"EventHandler":{"RecordEnable":true}})",
-         R"({"MacConflict":{"EventHandler":7}})"},
+        {"MacConflict", R"({"MacConflict":{"EventHandler":7}})",
+         R"({"EventHandler":{"RecordEnable":true}})", R"({"MacConflict":{"EventHandler":7}})"},
     };
     for (const Case& c : cases) {
         F5Buffer buffer(c.old);
         ASSERT_EQ(buffer.Merge(c.section, c.table), 1) << c.section << c.table;
         EXPECT_EQ(buffer.Document(), ParseJson(c.merged)) << c.section << c.table;
     }
-    F5Buffer linkage(R"({"IPConflict":{"EventHandler":{"RecordEn":0,"Record":[{"En":0},{"En":0}]}}})");
-    ASSERT_EQ(linkage.Merge("IPConflict", R"({"EventHandler":{"RecordEnable":true,"RecordChannels":[1,5]}})"), 1);
-    EXPECT_EQ(linkage.Document()["IPConflict"]["EventHandler"]["Record"], ParseJson(R"([{"En":0},{"En":1}])"));
+    F5Buffer linkage(
+        R"({"IPConflict":{"EventHandler":{"RecordEn":0,"Record":[{"En":0},{"En":0}]}}})");
+    ASSERT_EQ(linkage.Merge("IPConflict",
+                            R"({"EventHandler":{"RecordEnable":true,"RecordChannels":[1,5]}})"),
+              1);
+    EXPECT_EQ(linkage.Document()["IPConflict"]["EventHandler"]["Record"],
+              ParseJson(R"([{"En":0},{"En":1}])"));
 }
 
 // Every mode but record and text is refused, as are missing buffers, a text that does not parse
 // and a merged text the buffer cannot hold; a refused merge leaves the buffer byte for byte.
 TEST(EventRefusals, ModesBuffersAndCapacity) {
-    for (const char* section : {"StorageNotExist", "StorageLowSpace", "StorageFailure", "NetAbort", "IPConflict",
-                                "MacConflict", "LossDetect", "MotionDetect", "BlindDetect"}) {
+    for (const char* section :
+         {"StorageNotExist", "StorageLowSpace", "StorageFailure", "NetAbort", "IPConflict",
+          "MacConflict", "LossDetect", "MotionDetect", "BlindDetect"}) {
         auto storage = Zeroed<KZDEV_STORAGE_ALARM_CFG>();  // the largest of the records
         for (int mode : {-1, 2}) {
             EXPECT_FALSE(Packet(section, storage.get(), mode).result()) << section << mode;
-            EXPECT_EQ(Parse(section, "{}", storage.get(), sizeof *storage, mode), -1) << section << mode;
+            EXPECT_EQ(Parse(section, "{}", storage.get(), sizeof *storage, mode), -1)
+                << section << mode;
         }
         for (int mode : {PROTOFIX_MODE_RECORD, PROTOFIX_MODE_TEXT}) {
             EXPECT_FALSE(Packet(section, nullptr, mode).result()) << section << mode;

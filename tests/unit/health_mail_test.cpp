@@ -14,10 +14,15 @@ using support::ParseJson;
 namespace {
 
 TEST(HealthMailPacket, MinutesBecomeSeconds) {
-    struct Case { const char* f5; const char* table; };
+    struct Case {
+        const char* f5;
+        const char* table;
+    };
     const Case cases[] = {
-        {R"({"HealthMail":{"En":1,"Interval":2}})", R"({"HealthReport":{"Enable":true,"Interval":120}})"},
-        {R"({"HealthMail":{"En":2,"Interval":-3}})", R"({"HealthReport":{"Enable":false,"Interval":-180}})"},
+        {R"({"HealthMail":{"En":1,"Interval":2}})",
+         R"({"HealthReport":{"Enable":true,"Interval":120}})"},
+        {R"({"HealthMail":{"En":2,"Interval":-3}})",
+         R"({"HealthReport":{"Enable":false,"Interval":-180}})"},
         {R"({"HealthMail":{"Interval":40000000}})", R"({"HealthReport":{"Interval":2400000000}})"},
         {R"({"HealthMail":{"En":null},"Other":1})", "null"},
         {R"([1])", "null"},
@@ -32,13 +37,21 @@ TEST(HealthMailPacket, MinutesBecomeSeconds) {
 // Seconds become whole minutes, truncated toward zero; a table without "HealthReport" (or with one
 // of another kind) leaves the values and still writes the text again.
 TEST(HealthMailParse, SecondsBecomeMinutes) {
-    const char* const old = R"({ "HealthMail" : { "En" : 0, "Interval" : 5, "To" : "ops" }, "X" : 1 })";
-    struct Case { const char* table; const char* merged; };
+    const char* const old =
+        R"({ "HealthMail" : { "En" : 0, "Interval" : 5, "To" : "ops" }, "X" : 1 })";
+    struct Case {
+        const char* table;
+        const char* merged;
+    };
     const Case cases[] = {
-        {R"({"HealthReport":{"Enable":true,"Interval":90}})", R"({"HealthMail":{"En":1,"Interval":1,"To":"ops"},"X":1})"},
-        {R"({"HealthReport":{"Interval":-90}})", R"({"HealthMail":{"En":0,"Interval":-1,"To":"ops"},"X":1})"},
-        {R"({"HealthReport":{"Enable":false,"Interval":59}})", R"({"HealthMail":{"En":0,"Interval":0,"To":"ops"},"X":1})"},
-        {R"({"Enable":true,"Interval":600})", R"({"HealthMail":{"En":0,"Interval":5,"To":"ops"},"X":1})"},
+        {R"({"HealthReport":{"Enable":true,"Interval":90}})",
+         R"({"HealthMail":{"En":1,"Interval":1,"To":"ops"},"X":1})"},
+        {R"({"HealthReport":{"Interval":-90}})",
+         R"({"HealthMail":{"En":0,"Interval":-1,"To":"ops"},"X":1})"},
+        {R"({"HealthReport":{"Enable":false,"Interval":59}})",
+         R"({"HealthMail":{"En":0,"Interval":0,"To":"ops"},"X":1})"},
+        {R"({"Enable":true,"Interval":600})",
+         R"({"HealthMail":{"En":0,"Interval":5,"To":"ops"},"X":1})"},
         {R"({"HealthReport":7})", R"({"HealthMail":{"En":0,"Interval":5,"To":"ops"},"X":1})"},
         {"[1]", R"({"HealthMail":{"En":0,"Interval":5,"To":"ops"},"X":1})"},
     };
@@ -60,18 +73,20 @@ TEST(HealthMailRefusals, RecordModeBuffersAndCapacity) {
         EXPECT_FALSE(Packet("HealthMail", f5.c_str(), mode).result()) << mode;
         F5Buffer buffer(f5);
         const std::vector<char> before = buffer.bytes;
-        EXPECT_EQ(buffer.Merge("HealthMail", R"({"HealthReport":{"Enable":false}})", mode), -1) << mode;
+        EXPECT_EQ(buffer.Merge("HealthMail", R"({"HealthReport":{"Enable":false}})", mode), -1)
+            << mode;
         EXPECT_EQ(buffer.bytes, before) << mode;
     }
     EXPECT_FALSE(Packet("HealthMail", nullptr, PROTOFIX_MODE_TEXT).result());
     EXPECT_FALSE(Packet("HealthMail", "{\"HealthMail\":", PROTOFIX_MODE_TEXT).result());
     EXPECT_EQ(Parse("HealthMail", "{}", nullptr, 64, PROTOFIX_MODE_TEXT), -1);
     const std::string merged = Written(R"({"HealthMail":{"En":1,"Interval":100}})");
-    for (const auto& [old, capacity] : {std::pair<std::string, std::size_t>{"{\"HealthMail\":", 64},
-                                        {f5, merged.size() - 1}}) {
+    for (const auto& [old, capacity] :
+         {std::pair<std::string, std::size_t>{"{\"HealthMail\":", 64}, {f5, merged.size() - 1}}) {
         F5Buffer buffer(old, capacity);
         const std::vector<char> before = buffer.bytes;
-        EXPECT_EQ(buffer.Merge("HealthMail", R"({"HealthReport":{"Interval":6000}})"), -1) << old << capacity;
+        EXPECT_EQ(buffer.Merge("HealthMail", R"({"HealthReport":{"Interval":6000}})"), -1)
+            << old << capacity;
         EXPECT_EQ(buffer.bytes, before) << old;
     }
 }

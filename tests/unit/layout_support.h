@@ -21,7 +21,9 @@ void ExpectPositions(const Position (&positions)[N]) {
 
 }  // namespace layout
 
-#define AT(Record, field, offset) layout::Position{#Record "." #field, offsetof(Record, field), offset}
-#define SIZE(Record, bytes) layout::Position{"sizeof " #Record, sizeof(Record), bytes}
+#define AT(Record, field, offset) \
+    layout::Position { #Record "." #field, offsetof(Record, field), offset }
+#define SIZE(Record, bytes) \
+    layout::Position { "sizeof " #Record, sizeof(Record), bytes }
 
 #endif

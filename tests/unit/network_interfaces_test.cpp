@@ -27,12 +27,14 @@ using view::Overlay;
 
 // Parses the table into a record set from the seed view; the result must be as given and the
 // record's whole view the seed's with the changes laid over it. Gives the record.
-std::vector<unsigned char> ExpectParse(const char* type, const std::string& seed, const char* section,
-                                       const std::string& table, int result, const std::string& changes) {
+std::vector<unsigned char> ExpectParse(const char* type, const std::string& seed,
+                                       const char* section, const std::string& table, int result,
+                                       const std::string& changes) {
     std::vector<unsigned char> record = Record(type, seed);
     Json::Value expected = ToJson(*FindDescriptor(type), record.data());
     Overlay(expected, ParseJson(changes));
-    EXPECT_EQ(Parse(section, table, record.data(), static_cast<int>(record.size())), result) << table;
+    EXPECT_EQ(Parse(section, table, record.data(), static_cast<int>(record.size())), result)
+        << table;
     EXPECT_EQ(ToJson(*FindDescriptor(type), record.data()), expected) << section << table;
     return record;
 }
@@ -49,13 +51,17 @@ Json::Value PackedBonding(const void* cfg, const char* name) {
 
 TEST(NetworkSections, PacketWritesTheDeviceTable) {
     const std::string a40(40, 'a');
-    struct Case { const char *section, *type; std::string record, table; };
+    struct Case {
+        const char *section, *type;
+        std::string record, table;
+    };
     const Case cases[] = {
         {"Network", "KZDEV_NETWORK_CFG", R"({"hostName":"recorder"})",
          R"({"Hostname":"recorder","DefaultInterface":""})"},
         // Flag bits beyond the two are ignored, any non-zero byte marks the default and the last
         // one marked wins, and a full subnet mask reads on into the gateway as the device does.
-        {"Network", "KZDEV_NETWORK_CFG", R"({"hostName":"hhhhhhhhhhhhhhhh","interfaceCount":2,"interfaces":[
+        {"Network", "KZDEV_NETWORK_CFG",
+         R"({"hostName":"hhhhhhhhhhhhhhhh","interfaceCount":2,"interfaces":[
              {"name":"eth0","ipAddress":"10.0.0.2","subnetMask":"255.0.0.0","defaultGateway":"10.0.0.1",
               "flags":253,"isDefault":1},
              {"name":"eth1","subnetMask":"mmmmmmmmmmmmmmmm","defaultGateway":"gw","flags":2,
@@ -70,7 +76,8 @@ TEST(NetworkSections, PacketWritesTheDeviceTable) {
              {"name":"Hostname","ipAddress":"10.0.0.2","isDefault":1},{"name":"eth0","flags":1}]})",
          R"({"Hostname":"nvr","DefaultInterface":"Hostname","eth0":{"IPAddress":"","SubnetMask":"",
              "DefaultGateway":"","Enable":true,"DhcpEnable":false}})"},
-        {"Network_DNS", "KZDEV_DNS_CFG", R"({"primaryDns":"8.8.8.8","secondaryDns":"9999999999999999"})",
+        {"Network_DNS", "KZDEV_DNS_CFG",
+         R"({"primaryDns":"8.8.8.8","secondaryDns":"9999999999999999"})",
          R"({"DnsServers":["8.8.8.8","9999999999999999"]})"},
         {"RTSP", "KZDEV_RTSP_CFG", R"({"port":65535})", R"({"Port":65535})"},
         {"Web", "KZDEV_NET_CFG", R"({"httpPort":8080})", R"({"Port":8080})"},
@@ -92,16 +99,21 @@ TEST(NetworkSections, PacketWritesTheDeviceTable) {
 
 // bond0's own byte decides only load balancing; otherwise the first interface's byte decides.
 TEST(NetworkPacket, BondingOfBond0) {
-    struct Case { const char *firstMode, *bondMode, *bonding; };
+    struct Case {
+        const char *firstMode, *bondMode, *bonding;
+    };
     const Case cases[] = {
         {"3", "1", R"({"Bonding":true,"Mode":"BalanceRR"})"},
         {"3", "2", R"({"Bonding":true,"Mode":"ActiveBackup"})"},
-        {"2", "3", R"({"Bonding":false})"}, {"0", "3", "{}"}, {"1", "0", "{}"},
+        {"2", "3", R"({"Bonding":false})"},
+        {"0", "3", "{}"},
+        {"1", "0", "{}"},
     };
     for (const Case& c : cases) {
-        const std::string view = std::string(R"({"interfaceCount":2,"interfaces":[{"name":"eth0",)") +
-                                 R"("bondingMode":)" + c.firstMode + R"(},{"name":"BOND0","bondingMode":)" +
-                                 c.bondMode + "}]}";
+        const std::string view =
+            std::string(R"({"interfaceCount":2,"interfaces":[{"name":"eth0",)") +
+            R"("bondingMode":)" + c.firstMode + R"(},{"name":"BOND0","bondingMode":)" + c.bondMode +
+            "}]}";
         const std::vector<unsigned char> cfg = Record("KZDEV_NETWORK_CFG", view);
         EXPECT_EQ(PackedBonding(cfg.data(), "BOND0"), ParseJson(c.bonding)) << view;
     }
@@ -115,7 +127,8 @@ TEST(NetworkParse, AddressesHostnameFlagsAndDefault) {
     ExpectParse("KZDEV_NETWORK_CFG", seed, "Network", R"({"Hostname":"a-very-long-host-name",
         "DefaultInterface":"ETH0",
         "eth0":{"IPAddress":"192.168.1.2","SubnetMask":"255.255.255.255x","Enable":true,"DhcpEnable":true},
-        "eth1":{"IPAddress":"10.1.2.3.4.5.6.7.8.9","DefaultGateway":null,"Enable":false}})", 1,
+        "eth1":{"IPAddress":"10.1.2.3.4.5.6.7.8.9","DefaultGateway":null,"Enable":false}})",
+                1,
                 R"({"hostName":"a-very-long-hos","interfaces":[
         {"ipAddress":"192.168.1.2","subnetMask":"255.255.255.255x","flags":243,"isDefault":1},
         {"ipAddress":"10.1.2.3.4.5.6.7","flags":242,"isDefault":0}]})");
@@ -127,7 +140,11 @@ TEST(NetworkParse, AddressesHostnameFlagsAndDefault) {
 // The bonding code of "bond0" goes to every interface that the table names; packed again, the
 // balancing modes all come out as "BalanceRR".
 TEST(NetworkParse, BondingCodeReachesEveryNamedInterface) {
-    struct Case { const char* bond0; int code; const char* packed; };  // code 238: the bytes are kept
+    struct Case {
+        const char* bond0;
+        int code;
+        const char* packed;
+    };  // code 238: the bytes are kept
     const Case cases[] = {
         {R"({"Bonding":true,"Mode":"BalanceXOR"})", 1, R"({"Bonding":true,"Mode":"BalanceRR"})"},
         {R"({"Bonding":true,"Mode":"broadcast"})", 3, R"({"Bonding":true,"Mode":"ActiveBackup"})"},
@@ -150,12 +167,17 @@ TEST(NetworkParse, BondingCodeReachesEveryNamedInterface) {
 // The servers come back from the default interface's object, not from the top where Packet puts
 // them, and are written over without clearing the fields first.
 TEST(NetworkDns, ParseReadsTheDefaultInterface) {
-    struct Case { const char *table, *primary, *secondary; };  // all 16 bytes of each field
+    struct Case {
+        const char *table, *primary, *secondary;
+    };  // all 16 bytes of each field
     const Case cases[] = {
         {R"({"eth0":{"DnsServers":["1.2.3.4.5.6.7.8.9","2.2.2.2"]}})", "1.2.3.4.5.6.7.8",
-         "2.2.2.2\0" "4.4.4.4"},
+         "2.2.2.2\0"
+         "4.4.4.4"},
         {R"({"DefaultInterface":"eth1","eth0":{"DnsServers":["9.9.9.9"]},"eth1":{"DnsServers":[5,"6.6"]}})",
-         "3.3.3.3.3.3.3.3", "6.6\0" "4.4.4.4.4.4"},
+         "3.3.3.3.3.3.3.3",
+         "6.6\0"
+         "4.4.4.4.4.4"},
         {R"({"eth0":{"DnsServers":{"0":"1.1.1.1"}}})", "3.3.3.3.3.3.3.3", "4.4.4.4.4.4.4.4"},
         {R"({"DnsServers":["1.1.1.1","2.2.2.2"]})", "3.3.3.3.3.3.3.3", "4.4.4.4.4.4.4.4"},
     };
@@ -172,18 +194,27 @@ TEST(NetworkDns, ParseReadsTheDefaultInterface) {
 TEST(NetworkServices, ParseSetsOnlyWhatTheTableGives) {
     const std::map<std::string, std::pair<const char*, const char*>> seeds = {
         {"RTSP", {"KZDEV_RTSP_CFG", R"({"port":99})"}},
-        {"Web", {"KZDEV_NET_CFG", R"({"httpPort":99,"multicastPort":99,"multicastAddress":"old"})"}},
-        {"Multicast", {"KZDEV_NET_CFG", R"({"httpPort":99,"multicastPort":99,"multicastAddress":"old"})"}},
+        {"Web",
+         {"KZDEV_NET_CFG", R"({"httpPort":99,"multicastPort":99,"multicastAddress":"old"})"}},
+        {"Multicast",
+         {"KZDEV_NET_CFG", R"({"httpPort":99,"multicastPort":99,"multicastAddress":"old"})"}},
         {"IPv6", {"KZDEV_IPV6_CFG", R"({"linkLocalAddress":"link","ipAddress":"old","prefix":7,
              "preferredDns":"d0","alternateDns":"d1"})"}},
     };
-    struct Case { const char *section, *table; int result; const char* changes; };  // to the seed's view
+    struct Case {
+        const char *section, *table;
+        int result;
+        const char* changes;
+    };  // to the seed's view
     const Case cases[] = {
         {"RTSP", R"({"Port":70000})", 1, R"({"port":4464})"},
-        {"RTSP", "{}", -1, "{}"}, {"RTSP", R"({"Port":null})", -1, "{}"},
-        {"Web", R"({"Port":70000})", 1, R"({"httpPort":4464})"}, {"Web", "{}", 1, "{}"},
+        {"RTSP", "{}", -1, "{}"},
+        {"RTSP", R"({"Port":null})", -1, "{}"},
+        {"Web", R"({"Port":70000})", 1, R"({"httpPort":4464})"},
+        {"Web", "{}", 1, "{}"},
         {"Web", R"({"Port":true})", 1, R"({"httpPort":1})"},  // read by presence, not by kind
-        {"Multicast", "{}", 1, "{}"}, {"Multicast", R"({"KZII":[null,{"Enable":true}]})", 1, "{}"},
+        {"Multicast", "{}", 1, "{}"},
+        {"Multicast", R"({"KZII":[null,{"Enable":true}]})", 1, "{}"},
         {"Multicast", R"({"KZII":{"Enable":true,"MulticastAddr":"239.1.1.1","Port":1}})", 1, "{}"},
         {"Multicast", R"({"KZII":[{"Enable":1,"MulticastAddr":239,"Port":70001}]})", 1,
          R"({"multicastEnable":1,"multicastAddress":"239","multicastPort":4465})"},
@@ -197,9 +228,11 @@ TEST(NetworkServices, ParseSetsOnlyWhatTheTableGives) {
         {"IPv6", R"({"Enable":true,"eth1":{"IPAddress":"2001::2"}})", 1, "{}"},
         {"IPv6", R"({"Enable":true,"ETH0":{"IPAddress":"2001::2","Prefix":64,"DhcpEnable":true,
              "DefaultGateway":"2001::1","LinkLocalAddress":"fe80::9","DnsServerEnable":true,
-             "DnsServers":["::1","::2"]}})", 1, R"({"ipAddress":"2001::2","prefix":64,"dhcpEnable":1,
+             "DnsServers":["::1","::2"]}})",
+         1, R"({"ipAddress":"2001::2","prefix":64,"dhcpEnable":1,
              "defaultGateway":"2001::1","preferredDns":"::1","alternateDns":"::2"})"},
-        {"IPv6", R"({"Enable":true,"eth0":{"DnsServerEnable":true,"DnsServers":["::1","::2","::3"]}})", 1,
+        {"IPv6",
+         R"({"Enable":true,"eth0":{"DnsServerEnable":true,"DnsServers":["::1","::2","::3"]}})", 1,
          "{}"},
     };
     for (const Case& c : cases) {
@@ -230,8 +263,11 @@ TEST(NetworkNames, FullWidthNameIsTheKey) {
     auto out = support::CopyOf(*cfg);
     support::SetText(out->interfaces[0].ipAddress, "");
     out->interfaces[0].isDefault = 0;
-    ASSERT_EQ(Parse("Network", R"({"DefaultInterface":")" + name + R"(",")" + name +
-                                   R"(":{"IPAddress":"10.0.0.1"}})", out.get()), 1);
+    ASSERT_EQ(Parse("Network",
+                    R"({"DefaultInterface":")" + name + R"(",")" + name +
+                        R"(":{"IPAddress":"10.0.0.1"}})",
+                    out.get()),
+              1);
     EXPECT_EQ(support::TextOf(out->interfaces[0].ipAddress), "10.0.0.1");
     EXPECT_EQ(out->interfaces[0].isDefault, 1);
     EXPECT_EQ(support::TextOf(out->interfaces[1].ipAddress), "10.0.0.2");

@@ -26,18 +26,21 @@ void ExpectTable(view::Typed<Record> type, const char* section, const std::strin
 // Every section of the family refuses the text mode and a null record, in both directions, before
 // it writes anything.
 TEST(NetworkFamily, RefusesTextModeAndNullRecords) {
-    const char* names[] = {"Network", "Network_DNS", "RTSP", "Web", "Multicast", "IPv6", "DDNS",
-                           "AccessFilter", "Email", "AlarmServer", "PPPoE", "NTP", "DVRIP_NET",
-                           "DVRIP_REGISTER", "DVRIP_TRANS", "RemoteDevice", "WLan"};
+    const char* names[] = {
+        "Network",   "Network_DNS",    "RTSP",        "Web",          "Multicast", "IPv6",
+        "DDNS",      "AccessFilter",   "Email",       "AlarmServer",  "PPPoE",     "NTP",
+        "DVRIP_NET", "DVRIP_REGISTER", "DVRIP_TRANS", "RemoteDevice", "WLan"};
     std::vector<unsigned char> record(20000, 0x41);
     const std::vector<unsigned char> before = record;
-    const std::string table = R"({"Enable":true,"Port":1,"StreamPolicy":"Quality","wlan0":{},"RegisterServer":{}})";
+    const std::string table =
+        R"({"Enable":true,"Port":1,"StreamPolicy":"Quality","wlan0":{},"RegisterServer":{}})";
     for (const char* name : names) {
         for (const auto& [output, mode] : {std::pair<void*, int>{record.data(), 1}, {nullptr, 0}}) {
             const support::Envelope envelope = Packet(name, output, mode);
             EXPECT_FALSE(envelope.result()) << name << " mode " << mode;
             EXPECT_TRUE(envelope.table().isNull()) << name << " mode " << mode;
-            EXPECT_EQ(Parse(name, table, output, static_cast<int>(record.size()), mode), -1) << name;
+            EXPECT_EQ(Parse(name, table, output, static_cast<int>(record.size()), mode), -1)
+                << name;
         }
     }
     EXPECT_EQ(record, before);
@@ -47,66 +50,80 @@ TEST(NetworkServices, PacketWritesTheDeviceTable) {
     // DDNS: the old provider name, minutes of keep-alive rounded down, the user name and the
     // password read on into the fields after them with the width of a host name.
     ExpectTable(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS", "{}", "null");
-    ExpectTable(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
-                R"({"serverCount":1,"servers":[{"enable":1,"protocol":"torva ddns","address":"members.example.net",
+    ExpectTable(
+        VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
+        R"({"serverCount":1,"servers":[{"enable":1,"protocol":"torva ddns","address":"members.example.net",
                     "port":80,"hostName":"cam.example.net","userName":"user","password":"pw","keepAlive":119,
                     "defaultHostNameInUse":1,"defaultHostName":"d.example","emailAddress":"a@b.c"}]})",
-                R"([{"Enable":true,"Protocol":"KZDDNS","Address":"members.example.net","Port":80,"UserName":"user",
+        R"([{"Enable":true,"Protocol":"KZDDNS","Address":"members.example.net","Port":80,"UserName":"user",
                      "Password":"pw","KeepAlive":1,"HostName":"cam.example.net",
                      "DefaultHostName":{"Enable":true,"HostName":"d.example"},"EmailAddress":"a@b.c"}])");
-    ExpectTable(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
-                R"({"serverCount":2,"servers":[{"keepAlive":-60,"protocol":"TORVA DDNS2"},
-                    {"enable":2,"protocol":")" + std::string(32, 'P') + R"(","address":")" + std::string(256, 'a') +
-                    R"(","userName":")" + k64u + R"(","password":")" + k64p + R"(","keepAlive":1094795585,
+    ExpectTable(
+        VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
+        R"({"serverCount":2,"servers":[{"keepAlive":-60,"protocol":"TORVA DDNS2"},
+                    {"enable":2,"protocol":")" +
+            std::string(32, 'P') + R"(","address":")" + std::string(256, 'a') +
+            R"(","userName":")" + k64u + R"(","password":")" + k64p + R"(","keepAlive":1094795585,
                     "defaultHostNameInUse":2,"defaultHostName":"unused"}]})",
-                R"([{"Enable":false,"Protocol":"TORVA DDNS2","Address":"","Port":0,"UserName":"","Password":"",
+        R"([{"Enable":false,"Protocol":"TORVA DDNS2","Address":"","Port":0,"UserName":"","Password":"",
                      "KeepAlive":71582787,"HostName":"","DefaultHostName":{"Enable":false,"HostName":""},
                      "EmailAddress":""},
-                    {"Enable":false,"Protocol":")" + std::string(32, 'P') + R"(","Address":")" +
-                    std::string(256, 'a') + R"(","Port":0,"UserName":")" + k64u + k64p + R"(AAAA\u0002unused",
-                     "Password":")" + k64p + R"(AAAA\u0002unused","KeepAlive":18246593,"HostName":"",
+                    {"Enable":false,"Protocol":")" +
+            std::string(32, 'P') + R"(","Address":")" + std::string(256, 'a') +
+            R"(","Port":0,"UserName":")" + k64u + k64p + R"(AAAA\u0002unused",
+                     "Password":")" +
+            k64p + R"(AAAA\u0002unused","KeepAlive":18246593,"HostName":"",
                      "DefaultHostName":{"Enable":false,"HostName":""},"EmailAddress":""}])");
 
-    ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter",
-                R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["10.0.0.1","1111111111111111"]})",
-                R"({"Enable":true,"Type":"BannedList","TrustList":[],"BannedList":["10.0.0.1","1111111111111111"]})");
+    ExpectTable(
+        VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter",
+        R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["10.0.0.1","1111111111111111"]})",
+        R"({"Enable":true,"Type":"BannedList","TrustList":[],"BannedList":["10.0.0.1","1111111111111111"]})");
     ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter",
                 R"({"enable":2,"listType":2,"trustedCount":1,"trustedAddresses":["192.168.1.0"]})",
                 R"({"Enable":false,"TrustList":["192.168.1.0"],"BannedList":[]})");
     ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter", "{}",
                 R"({"Enable":false,"Type":"TrustList","TrustList":[],"BannedList":[]})");
 
-    ExpectTable(VIEW_OF(KZDEV_MAIL_CFG), "Email",
-                R"({"address":"smtp.example.com","port":465,"sendAddress":"nvr@example.com","userName":"nvr",
+    ExpectTable(
+        VIEW_OF(KZDEV_MAIL_CFG), "Email",
+        R"({"address":"smtp.example.com","port":465,"sendAddress":"nvr@example.com","userName":"nvr",
                     "password":"secret","receivers":["ops@example.com"],"title":"Alarm","enable":1,"secureMode":1,
                     "sendInterval":30,"attachEnable":1})",
-                R"({"Enable":true,"SslEnable":true,"TlsEnable":false,"Address":"smtp.example.com","Port":465,
+        R"({"Enable":true,"SslEnable":true,"TlsEnable":false,"Address":"smtp.example.com","Port":465,
                     "UserName":"nvr","Password":"secret","Anonymous":false,"SendAddress":"nvr@example.com",
                     "Receivers":["ops@example.com"],"Title":"Alarm","AttachEnable":true,"SendInterv":30})");
     // Only the receivers that are set; a full third one reads on into the title.
-    ExpectTable(VIEW_OF(KZDEV_MAIL_CFG), "Email",
-                R"({"secureMode":2,"receivers":["","b@x",")" + std::string(128, 'r') + R"("],"title":"T",
+    ExpectTable(
+        VIEW_OF(KZDEV_MAIL_CFG), "Email",
+        R"({"secureMode":2,"receivers":["","b@x",")" + std::string(128, 'r') + R"("],"title":"T",
                     "anonymous":1,"enable":2,"sendInterval":65535})",
-                R"({"Enable":false,"SslEnable":false,"TlsEnable":true,"Address":"","Port":0,"UserName":"",
+        R"({"Enable":false,"SslEnable":false,"TlsEnable":true,"Address":"","Port":0,"UserName":"",
                     "Password":"","Anonymous":true,"SendAddress":"","Receivers":[null,"b@x",")" +
-                    std::string(128, 'r') + R"(T"],"Title":"T","AttachEnable":false,"SendInterv":65535})");
-    ExpectTable(VIEW_OF(KZDEV_MAIL_CFG), "Email", R"({"secureMode":3})",
-                R"({"Enable":false,"SslEnable":false,"TlsEnable":false,"Address":"","Port":0,"UserName":"",
+            std::string(128, 'r') + R"(T"],"Title":"T","AttachEnable":false,"SendInterv":65535})");
+    ExpectTable(
+        VIEW_OF(KZDEV_MAIL_CFG), "Email", R"({"secureMode":3})",
+        R"({"Enable":false,"SslEnable":false,"TlsEnable":false,"Address":"","Port":0,"UserName":"",
                     "Password":"","Anonymous":false,"SendAddress":"","Title":"","AttachEnable":false,"SendInterv":0})");
 
-    ExpectTable(VIEW_OF(KZDEV_ALARMCENTER_CFG), "AlarmServer",
-                R"({"enable":1,"address":"10.0.0.9","port":7200,"reportEnable":1,"reportDay":1,"reportHour":23})",
-                R"({"Enable":true,"Address":"10.0.0.9","Port":7200,"ReportWeekDay":7,"ReportTime":"23:0:0"})");
+    ExpectTable(
+        VIEW_OF(KZDEV_ALARMCENTER_CFG), "AlarmServer",
+        R"({"enable":1,"address":"10.0.0.9","port":7200,"reportEnable":1,"reportDay":1,"reportHour":23})",
+        R"({"Enable":true,"Address":"10.0.0.9","Port":7200,"ReportWeekDay":7,"ReportTime":"23:0:0"})");
 
-    ExpectTable(VIEW_OF(KZDEV_NET_CFG), "PPPoE",
-                R"({"pppoeEnable":1,"pppoeUserName":"dsl-user","pppoePassword":")" + std::string(32, 'p') + R"("})",
-                R"({"Enable":true,"UserName":"dsl-user","Password":")" + std::string(32, 'p') + R"("})");
+    ExpectTable(
+        VIEW_OF(KZDEV_NET_CFG), "PPPoE",
+        R"({"pppoeEnable":1,"pppoeUserName":"dsl-user","pppoePassword":")" + std::string(32, 'p') +
+            R"("})",
+        R"({"Enable":true,"UserName":"dsl-user","Password":")" + std::string(32, 'p') + R"("})");
     ExpectTable(VIEW_OF(KZDEV_NET_CFG), "PPPoE", R"({"pppoeEnable":2})",
                 R"({"Enable":false,"UserName":"","Password":""})");
 
-    const std::string ntp = R"({"enable":1,"port":123,"ipAddress":"192.168.1.1","domainName":"pool.example.org",
+    const std::string ntp =
+        R"({"enable":1,"port":123,"ipAddress":"192.168.1.1","domainName":"pool.example.org",
                                 "updatePeriod":10,"timeZone":13,"addressType":)";
-    const std::string ntpTable = R"({"Enable":true,"TimeZone":13,"Port":123,"UpdatePeriod":10,"Address":)";
+    const std::string ntpTable =
+        R"({"Enable":true,"TimeZone":13,"Port":123,"UpdatePeriod":10,"Address":)";
     ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "0}", ntpTable + R"("192.168.1.1"})");
     ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "1}", ntpTable + R"("pool.example.org"})");
     ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "2}", ntpTable + R"(""})");
@@ -125,7 +142,8 @@ TEST(NetworkServices, ListsStopAtTheRecordsCapacity) {
     EXPECT_EQ(table["TrustList"][511], "10.0.1.255");
 
     Json::Value banned(Json::arrayValue);
-    for (int k = 0; k < 600; ++k) banned.append("10.0." + std::to_string(k / 256) + "." + std::to_string(k % 256));
+    for (int k = 0; k < 600; ++k)
+        banned.append("10.0." + std::to_string(k / 256) + "." + std::to_string(k % 256));
     Json::Value in;
     in["BannedList"] = banned;
     ASSERT_EQ(Parse("AccessFilter", Json::FastWriter().write(in), filter.get()), 1);
@@ -136,7 +154,10 @@ TEST(NetworkServices, ListsStopAtTheRecordsCapacity) {
 
 // ReportWeekDay in the other day numbering; days outside 0 to 8 write none.
 TEST(AlarmServer, ReportDayBothWays) {
-    struct Case { int reportEnable, reportDay; const char* weekDay; };  // weekDay "" when absent
+    struct Case {
+        int reportEnable, reportDay;
+        const char* weekDay;
+    };  // weekDay "" when absent
     const Case packets[] = {{0, 3, "-1"}, {1, 0, "-1"}, {1, 1, "7"}, {1, 2, "0"},
                             {1, 8, "6"},  {1, 9, ""},   {1, -1, ""}, {2, 5, "3"}};
     for (const Case& c : packets) {
@@ -145,12 +166,16 @@ TEST(AlarmServer, ReportDayBothWays) {
         cfg->reportDay = c.reportDay;
         cfg->reportHour = -1;
         const Json::Value table = Packet("AlarmServer", cfg.get()).table();
-        EXPECT_EQ(table.get("ReportWeekDay", "").asString(), c.weekDay) << c.reportEnable << " " << c.reportDay;
+        EXPECT_EQ(table.get("ReportWeekDay", "").asString(), c.weekDay)
+            << c.reportEnable << " " << c.reportDay;
         EXPECT_EQ(table["ReportTime"], "-1:0:0");
     }
 
-    const std::string seed = R"({"port":1,"address":"old","reportEnable":1,"reportDay":5,"reportHour":6})";
-    struct ParseCase { const char *table, *changes; };
+    const std::string seed =
+        R"({"port":1,"address":"old","reportEnable":1,"reportDay":5,"reportHour":6})";
+    struct ParseCase {
+        const char *table, *changes;
+    };
     const ParseCase parses[] = {
         {R"({"ReportWeekDay":-1})", R"({"reportEnable":0,"reportDay":0})"},
         {R"({"ReportWeekDay":7})", R"({"reportEnable":1,"reportDay":1})"},
@@ -161,45 +186,58 @@ TEST(AlarmServer, ReportDayBothWays) {
         {R"({"Enable":true,"Address":"192.168.100.200.1","Port":65536})",
          R"({"enable":1,"address":"192.168.100.200","port":0})"},
     };
-    for (const ParseCase& c : parses) ExpectParse(VIEW_OF(KZDEV_ALARMCENTER_CFG), seed, "AlarmServer", c.table, 1, c.changes);
+    for (const ParseCase& c : parses)
+        ExpectParse(VIEW_OF(KZDEV_ALARMCENTER_CFG), seed, "AlarmServer", c.table, 1, c.changes);
 }
 
 TEST(Ddns, ParseKeepsTheDevicesBoundsAndClears) {
     const std::string seed = R"({"serverCount":3,"servers":[{"userName":"uuuuuuuu","password":")" +
                              std::string(40, 'p') + R"(","address":"old","defaultHostNameInUse":1,
-                             "defaultHostName":")" + std::string(30, 'h') + R"(","keepAlive":5},
+                             "defaultHostName":")" +
+                             std::string(30, 'h') + R"(","keepAlive":5},
                              {"hostName":"keep"},{"hostName":"keep"}]})";
-    std::string table = R"([{"Enable":true,"Address":"ddns.example.org","Port":8080,"UserName":"ab","Password":"xy",
+    std::string table =
+        R"([{"Enable":true,"Address":"ddns.example.org","Port":8080,"UserName":"ab","Password":"xy",
         "KeepAlive":2,"HostName":"h.example.org","Protocol":"Torva DDNS",
         "DefaultHostName":{"Enable":false,"HostName":"ignored"},"EmailAddress":"m@example.org"},
-        null,{"Port":1,"Password":")" + std::string(40, 'q') + R"("},
-        {"DefaultHostName":{"Enable":true,"HostName":")" + std::string(70, 'x') + R"("}},{"KeepAlive":-1})";
+        null,{"Port":1,"Password":")" +
+        std::string(40, 'q') + R"("},
+        {"DefaultHostName":{"Enable":true,"HostName":")" +
+        std::string(70, 'x') + R"("}},{"KeepAlive":-1})";
     for (int i = 5; i < 12; ++i) table += R"(,{"Port":)" + std::to_string(i) + "}";
     table += "]";
-    const auto cfg = ExpectParse(VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", table, 1,
+    const auto cfg = ExpectParse(
+        VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", table, 1,
         R"({"serverCount":10,"servers":[{"enable":1,"address":"ddns.example.org","port":8080,"userName":"ab",
             "password":"xy","keepAlive":120,"hostName":"h.example.org","protocol":"KZDDNS",
             "defaultHostNameInUse":0,"defaultHostName":"","emailAddress":"m@example.org"},{},
-            {"port":1,"password":")" + std::string(31, 'q') + R"("},
-            {"defaultHostNameInUse":1,"defaultHostName":")" + std::string(59, 'x') + R"("},{"keepAlive":-60},
+            {"port":1,"password":")" +
+            std::string(31, 'q') + R"("},
+            {"defaultHostNameInUse":1,"defaultHostName":")" +
+            std::string(59, 'x') + R"("},{"keepAlive":-60},
             {"port":5},{"port":6},{"port":7},{"port":8},{"port":9}]})");
     // The user name is written over, the password's first 16 bytes and the default host name's
     // first 16 bytes are cleared: what lies after them stays.
     const KZ_DDNS_SERVER& s = cfg->servers[0];
     EXPECT_EQ(std::string(s.userName, 8), std::string("ab\0uuuuu", 8));
-    EXPECT_EQ(std::string(s.password, 40), std::string("xy") + std::string(14, '\0') + std::string(24, 'p'));
+    EXPECT_EQ(std::string(s.password, 40),
+              std::string("xy") + std::string(14, '\0') + std::string(24, 'p'));
     EXPECT_EQ(std::string(s.defaultHostName, 30), std::string(16, '\0') + std::string(14, 'h'));
     EXPECT_EQ(std::string(s.address, 20), std::string("ddns.example.org") + std::string(4, '\0'));
 
     for (const char* notAList : {R"({"0":{"Port":1}})", "[]"}) {
-        ExpectParse(VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", notAList, 1, R"({"serverCount":0})");
+        ExpectParse(VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", notAList, 1,
+                    R"({"serverCount":0})");
     }
 }
 
 TEST(AccessFilter, ParseResetsBothCounts) {
-    const std::string seed = R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["1.1.1.1","2.2.2.2"],
+    const std::string seed =
+        R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["1.1.1.1","2.2.2.2"],
         "trustedCount":3,"trustedAddresses":["3.3.3.3","4.4.4.4","5.5.5.5"]})";
-    struct Case { const char *table, *changes; };
+    struct Case {
+        const char *table, *changes;
+    };
     const Case cases[] = {
         {"{}", R"({"trustedCount":0,"bannedCount":0})"},
         {R"({"Enable":false,"Type":"trustlist","TrustList":["9.9.9.9",7,"10.10.10.10.10.10"]})",
@@ -209,17 +247,23 @@ TEST(AccessFilter, ParseResetsBothCounts) {
         {R"({"Type":"BANNEDLIST","BannedList":["6.6.6.6"]})",
          R"({"trustedCount":0,"bannedCount":1,"bannedAddresses":["6.6.6.6"]})"},
     };
-    for (const Case& c : cases) ExpectParse(VIEW_OF(KZDEV_IPIFILTER_CFG), seed, "AccessFilter", c.table, 1, c.changes);
+    for (const Case& c : cases)
+        ExpectParse(VIEW_OF(KZDEV_IPIFILTER_CFG), seed, "AccessFilter", c.table, 1, c.changes);
 }
 
 // The keys form a chain: the first one missing ends the conversion.
 TEST(Email, ParseStopsAtTheFirstMissingKey) {
-    const std::string seed = R"({"address":"old.example","port":25,"userName":"olduser","password":"oldpass",
+    const std::string seed =
+        R"({"address":"old.example","port":25,"userName":"olduser","password":"oldpass",
         "sendAddress":"old@x","receivers":["r0","r1","r2"],"title":"old","secureMode":2,"sendInterval":5,
         "anonymous":1,"attachEnable":1})";
-    const std::string head = R"("Address":"a","Port":1,"UserName":"u","Password":"p","Anonymous":true,"SendAddress":"s")";
-    const std::string headChanges = R"("address":"a","port":1,"userName":"u","password":"p","anonymous":1,"sendAddress":"s")";
-    struct Case { std::string table, changes; };
+    const std::string head =
+        R"("Address":"a","Port":1,"UserName":"u","Password":"p","Anonymous":true,"SendAddress":"s")";
+    const std::string headChanges =
+        R"("address":"a","port":1,"userName":"u","password":"p","anonymous":1,"sendAddress":"s")";
+    struct Case {
+        std::string table, changes;
+    };
     const Case cases[] = {
         {"{}", "{}"},
         {R"({"SslEnable":true,"Address":"a"})", "{}"},
@@ -232,28 +276,42 @@ TEST(Email, ParseStopsAtTheFirstMissingKey) {
              "sendAddress":"s","receivers":["x"],"title":"t","attachEnable":0,"sendInterval":1})"},
         {R"({"Enable":false,"TlsEnable":true,)" + head + R"(,"Receivers":"x","Title":"t"})",
          R"({"enable":0,"secureMode":2,)" + headChanges + "}"},
-        {R"({"Enable":true,)" + head + R"(,"Receivers":[null,"y",")" + std::string(130, 'z') + R"("]})",
-         R"({"enable":1,"secureMode":0,)" + headChanges + R"(,"receivers":["","y",")" + std::string(127, 'z') + R"("]})"},
+        {R"({"Enable":true,)" + head + R"(,"Receivers":[null,"y",")" + std::string(130, 'z') +
+             R"("]})",
+         R"({"enable":1,"secureMode":0,)" + headChanges + R"(,"receivers":["","y",")" +
+             std::string(127, 'z') + R"("]})"},
     };
-    for (const Case& c : cases) ExpectParse(VIEW_OF(KZDEV_MAIL_CFG), seed, "Email", c.table, 1, c.changes);
+    for (const Case& c : cases)
+        ExpectParse(VIEW_OF(KZDEV_MAIL_CFG), seed, "Email", c.table, 1, c.changes);
 }
 
 TEST(PppoeAndNtp, ParseReadsWhatIsThereOfTheRightKind) {
-    const std::string pppoe = R"({"pppoeEnable":1,"pppoeUserName":"old","pppoePassword":"oldpass","httpPort":80})";
+    const std::string pppoe =
+        R"({"pppoeEnable":1,"pppoeUserName":"old","pppoePassword":"oldpass","httpPort":80})";
     ExpectParse(VIEW_OF(KZDEV_NET_CFG), pppoe, "PPPoE",
-                R"({"Enable":false,"UserName":"dsl","Password":")" + std::string(40, 'p') + R"("})", 1,
-                R"({"pppoeEnable":0,"pppoeUserName":"dsl","pppoePassword":")" + std::string(31, 'p') + R"("})");
-    ExpectParse(VIEW_OF(KZDEV_NET_CFG), pppoe, "PPPoE", R"({"Enable":null,"UserName":null,"Port":1})", 1, "{}");
+                R"({"Enable":false,"UserName":"dsl","Password":")" + std::string(40, 'p') + R"("})",
+                1,
+                R"({"pppoeEnable":0,"pppoeUserName":"dsl","pppoePassword":")" +
+                    std::string(31, 'p') + R"("})");
+    ExpectParse(VIEW_OF(KZDEV_NET_CFG), pppoe, "PPPoE",
+                R"({"Enable":null,"UserName":null,"Port":1})", 1, "{}");
 
-    const std::string ntp = R"({"port":123,"ipAddress":"1.1.1.1","domainName":"old.example","updatePeriod":60,
+    const std::string ntp =
+        R"({"port":123,"ipAddress":"1.1.1.1","domainName":"old.example","updatePeriod":60,
                                "addressType":)";
-    struct Case { const char *type, *table, *changes; };
+    struct Case {
+        const char *type, *table, *changes;
+    };
     const Case cases[] = {
-        {"0", R"({"Enable":true,"Port":"123","TimeZone":-8,"UpdatePeriod":30.5,"Address":"time.example"})",
+        {"0",
+         R"({"Enable":true,"Port":"123","TimeZone":-8,"UpdatePeriod":30.5,"Address":"time.example"})",
          R"({"enable":1,"timeZone":-8,"ipAddress":"time.example"})"},
         {"1", R"({"Port":124,"UpdatePeriod":30,"Address":"time.example"})",
          R"({"port":124,"updatePeriod":30,"domainName":"time.example"})"},
-        {"2", R"({"Address":")" "0123456789012345678901234567890123456789" R"("})",
+        {"2",
+         R"({"Address":")"
+         "0123456789012345678901234567890123456789"
+         R"("})",
          R"({"ipAddress":"0123456789012345678901234567890"})"},
         {"1", R"({"Address":5,"AddressType":0})", "{}"},
     };

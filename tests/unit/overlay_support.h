@@ -12,8 +12,8 @@ namespace overlay_support {
 
 struct Merged {
     int result;
-    std::string text;    // the buffer up to its NUL, never past its capacity
-    bool unchanged;      // every byte of the buffer as it was
+    std::string text;  // the buffer up to its NUL, never past its capacity
+    bool unchanged;    // every byte of the buffer as it was
 };
 
 // Merges the table into the F5 text held in a buffer of capacity bytes (0: the text's length
@@ -24,9 +24,10 @@ inline Merged MergeF5(const char* section, const std::string& f5, const std::str
     std::copy_n(f5.begin(), std::min(f5.size(), buffer.size()), buffer.begin());
     if (f5.size() < buffer.size()) buffer[f5.size()] = '\0';
     const std::vector<char> before = buffer;
-    const int result = support::Parse(section, table, buffer.data(), static_cast<int>(buffer.size()),
-                                      PROTOFIX_MODE_TEXT);
-    return {result, std::string(buffer.data(), strnlen(buffer.data(), buffer.size())), buffer == before};
+    const int result = support::Parse(section, table, buffer.data(),
+                                      static_cast<int>(buffer.size()), PROTOFIX_MODE_TEXT);
+    return {result, std::string(buffer.data(), strnlen(buffer.data(), buffer.size())),
+            buffer == before};
 }
 
 using support::Written;
@@ -37,17 +38,26 @@ using support::Written;
 // a capacity two longer holds the text and its NUL.
 inline void ExpectCapacityRule(const char* section, const std::string& f5, const std::string& table,
                                const std::string& merged) {
-    struct Case { std::string f5; std::size_t capacity; int result; };
+    struct Case {
+        std::string f5;
+        std::size_t capacity;
+        int result;
+    };
     const Case cases[] = {
-        {"{", 64, -1}, {"", 64, -1}, {f5, merged.size() - 1, -1}, {f5, merged.size(), 1},
+        {"{", 64, -1},
+        {"", 64, -1},
+        {f5, merged.size() - 1, -1},
+        {f5, merged.size(), 1},
         {f5, merged.size() + 2, 1},
     };
     for (const Case& c : cases) {
         const Merged m = MergeF5(section, c.f5, table, c.capacity);
         EXPECT_EQ(m.result, c.result) << section << ' ' << c.f5 << " capacity " << c.capacity;
-        EXPECT_EQ(m.unchanged, c.result == -1) << section << ' ' << c.f5 << " capacity " << c.capacity;
+        EXPECT_EQ(m.unchanged, c.result == -1)
+            << section << ' ' << c.f5 << " capacity " << c.capacity;
         if (c.result == 1) {
-            EXPECT_EQ(m.text, merged.substr(0, c.capacity - 1)) << section << " capacity " << c.capacity;
+            EXPECT_EQ(m.text, merged.substr(0, c.capacity - 1))
+                << section << " capacity " << c.capacity;
         }
     }
 }

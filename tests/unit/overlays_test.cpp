@@ -20,15 +20,26 @@ namespace {
 
 // A mode the section does not accept, or no record, refuses with the record untouched.
 TEST(OverlayRefusals, WrongModeAndNullRecord) {
-    struct Case { const char* section; int mode; bool nullRecord; };
+    struct Case {
+        const char* section;
+        int mode;
+        bool nullRecord;
+    };
     const Case cases[] = {
-        {"ChannelTitle", PROTOFIX_MODE_TEXT, false},        {"ChannelTitle", PROTOFIX_MODE_RECORD, true},
-        {"VideoWidget_OSD", PROTOFIX_MODE_TEXT, false},     {"VideoWidget_OSD", PROTOFIX_MODE_RECORD, true},
-        {"VideoWidget_COVER", PROTOFIX_MODE_TEXT, false},   {"VideoWidget_COVER", PROTOFIX_MODE_RECORD, true},
-        {"VideoWidget_CHANNEL", PROTOFIX_MODE_TEXT, false}, {"VideoWidget_CHANNEL", PROTOFIX_MODE_RECORD, true},
-        {"VideoWaterMark", 2, false},                        {"VideoWaterMark", PROTOFIX_MODE_RECORD, true},
-        {"VideoWaterMark", PROTOFIX_MODE_TEXT, true},        {"VideoWidget", PROTOFIX_MODE_RECORD, false},
-        {"VideoWidget", PROTOFIX_MODE_TEXT, true},           {"VideoWidget", -1, false},
+        {"ChannelTitle", PROTOFIX_MODE_TEXT, false},
+        {"ChannelTitle", PROTOFIX_MODE_RECORD, true},
+        {"VideoWidget_OSD", PROTOFIX_MODE_TEXT, false},
+        {"VideoWidget_OSD", PROTOFIX_MODE_RECORD, true},
+        {"VideoWidget_COVER", PROTOFIX_MODE_TEXT, false},
+        {"VideoWidget_COVER", PROTOFIX_MODE_RECORD, true},
+        {"VideoWidget_CHANNEL", PROTOFIX_MODE_TEXT, false},
+        {"VideoWidget_CHANNEL", PROTOFIX_MODE_RECORD, true},
+        {"VideoWaterMark", 2, false},
+        {"VideoWaterMark", PROTOFIX_MODE_RECORD, true},
+        {"VideoWaterMark", PROTOFIX_MODE_TEXT, true},
+        {"VideoWidget", PROTOFIX_MODE_RECORD, false},
+        {"VideoWidget", PROTOFIX_MODE_TEXT, true},
+        {"VideoWidget", -1, false},
     };
     // Big enough for every overlay record; a text that parses in text mode.
     const std::string kText = R"({"WaterMark":{"En":1},"Encode":{}})";
@@ -53,8 +64,13 @@ TEST(OverlayRefusals, WrongModeAndNullRecord) {
 // The buffer's capacity is the request's length: read up to the NUL or the length, written with
 // at most length - 1 bytes and a NUL.
 TEST(ChannelTitle, PacketReadsAtMostTheInputLength) {
-    struct Case { const char* bytes; int length; const char* name; };
-    const Case cases[] = {{"Gate", 4, "Gate"}, {"Gate", 3, "Gat"}, {"Gate", 0, ""}, {"Ga\0te", 4, "Ga"}};
+    struct Case {
+        const char* bytes;
+        int length;
+        const char* name;
+    };
+    const Case cases[] = {
+        {"Gate", 4, "Gate"}, {"Gate", 3, "Gat"}, {"Gate", 0, ""}, {"Ga\0te", 4, "Ga"}};
     for (const Case& c : cases) {
         std::vector<char> buffer(c.bytes, c.bytes + 4);  // exactly four bytes, no NUL after them
         PROTOCOL_FIX_INFO info = support::Info("ChannelTitle");
@@ -62,12 +78,17 @@ TEST(ChannelTitle, PacketReadsAtMostTheInputLength) {
         info.inputLength = c.length;
         const support::Envelope envelope = support::Serialize(info);
         EXPECT_TRUE(envelope.result());
-        EXPECT_EQ(envelope.table(), ParseJson(std::string(R"({"Name":")") + c.name + "\"}")) << c.length;
+        EXPECT_EQ(envelope.table(), ParseJson(std::string(R"({"Name":")") + c.name + "\"}"))
+            << c.length;
     }
 }
 
 TEST(ChannelTitle, ParseWritesAtMostTheOutputLength) {
-    struct Case { const char* table; int length; std::string bytes; };
+    struct Case {
+        const char* table;
+        int length;
+        std::string bytes;
+    };
     const Case cases[] = {
         {R"({"Name":"Lobby"})", 8, std::string("Lobby\0##", 8)},
         {R"({"Name":"Lobby"})", 4, std::string("Lob\0####", 8)},
@@ -85,7 +106,8 @@ TEST(ChannelTitle, ParseWritesAtMostTheOutputLength) {
 
 // ---- VideoWidget_OSD -------------------------------------------------------------------------
 
-void SetColour(unsigned char (&colour)[4], unsigned char b0, unsigned char b1, unsigned char b2, unsigned char b3) {
+void SetColour(unsigned char (&colour)[4], unsigned char b0, unsigned char b1, unsigned char b2,
+               unsigned char b3) {
     colour[0] = b0;
     colour[1] = b1;
     colour[2] = b2;
@@ -108,9 +130,11 @@ TEST(VideoWidgetOsd, PacketWritesAllEightTitles) {
 
     const Json::Value titles = Packet("VideoWidget_OSD", cfg.get()).table()["CustomTitle"];
     ASSERT_EQ(titles.size(), 8u);
-    EXPECT_EQ(titles[0], ParseJson(R"({"Text":"Entrance","Rect":[1,2,300,-1],"FrontColor":[10,20,30,40],
+    EXPECT_EQ(titles[0],
+              ParseJson(R"({"Text":"Entrance","Rect":[1,2,300,-1],"FrontColor":[10,20,30,40],
         "BackColor":[1,2,3,255],"PreviewBlend":true,"EncodeBlend":false})"));
-    const char* const empty = R"({"Text":"","Rect":[0,0,0,0],"FrontColor":[0,0,0,0],"BackColor":[0,0,0,0],
+    const char* const empty =
+        R"({"Text":"","Rect":[0,0,0,0],"FrontColor":[0,0,0,0],"BackColor":[0,0,0,0],
         "PreviewBlend":false,"EncodeBlend":false})";
     for (Json::ArrayIndex i = 1; i < 7; ++i) EXPECT_EQ(titles[i], ParseJson(empty)) << i;
     EXPECT_EQ(titles[7]["Text"].asString(), std::string(64, 'x'));
@@ -119,21 +143,32 @@ TEST(VideoWidgetOsd, PacketWritesAllEightTitles) {
 
 // Each case parses one "CustomTitle" entry into title 0, which starts as the seed below.
 TEST(VideoWidgetOsd, ParseOneTitle) {
-    struct Case { const char* entry; void (*expect)(KZ_OSD_TITLE&); };
+    struct Case {
+        const char* entry;
+        void (*expect)(KZ_OSD_TITLE&);
+    };
     const Case cases[] = {
         // Colours OR-ed into the bytes already there: [0x10,0,0,0] | [1,2,3,4].
-        {R"({"FrontColor":[1,2,3,4]})", [](KZ_OSD_TITLE& t) { SetColour(t.frontColor, 0x11, 2, 3, 4); }},
+        {R"({"FrontColor":[1,2,3,4]})",
+         [](KZ_OSD_TITLE& t) { SetColour(t.frontColor, 0x11, 2, 3, 4); }},
         // Element 0 whole runs into byte 1; elements 1 and 2 by their low byte; element 3 cut at 32 bits.
-        {R"({"BackColor":[511,258,259,260]})", [](KZ_OSD_TITLE& t) { SetColour(t.backColor, 0xFF, 0x03, 0x03, 0x04); }},
-        {R"({"BackColor":[-1,0,0,0]})", [](KZ_OSD_TITLE& t) { SetColour(t.backColor, 0xFF, 0xFF, 0xFF, 0xFF); }},
+        {R"({"BackColor":[511,258,259,260]})",
+         [](KZ_OSD_TITLE& t) { SetColour(t.backColor, 0xFF, 0x03, 0x03, 0x04); }},
+        {R"({"BackColor":[-1,0,0,0]})",
+         [](KZ_OSD_TITLE& t) { SetColour(t.backColor, 0xFF, 0xFF, 0xFF, 0xFF); }},
         {R"({"FrontColor":[1,2,3]})", [](KZ_OSD_TITLE&) {}},
-        {R"({"Rect":[5,6,7,8]})", [](KZ_OSD_TITLE& t) { t.rect[0] = 5, t.rect[1] = 6, t.rect[2] = 7, t.rect[3] = 8; }},
-        {R"({"Rect":[-2,6,7,8,9]})", [](KZ_OSD_TITLE& t) { t.rect[0] = 0xFFFFFFFEu, t.rect[1] = 6, t.rect[2] = 7, t.rect[3] = 8; }},
+        {R"({"Rect":[5,6,7,8]})",
+         [](KZ_OSD_TITLE& t) { t.rect[0] = 5, t.rect[1] = 6, t.rect[2] = 7, t.rect[3] = 8; }},
+        {R"({"Rect":[-2,6,7,8,9]})",
+         [](KZ_OSD_TITLE& t) {
+             t.rect[0] = 0xFFFFFFFEu, t.rect[1] = 6, t.rect[2] = 7, t.rect[3] = 8;
+         }},
         {R"({"Rect":[5,6,7]})", [](KZ_OSD_TITLE&) {}},
         {R"({"Rect":{"0":5,"1":6,"2":7,"3":8}})", [](KZ_OSD_TITLE&) {}},
         {R"({"Text":"Hall"})", [](KZ_OSD_TITLE& t) { SetText(t.text, "Hall"); }},
         {R"({"Text":null,"PreviewBlend":null})", [](KZ_OSD_TITLE&) {}},
-        {R"({"PreviewBlend":7,"EncodeBlend":false})", [](KZ_OSD_TITLE& t) { t.previewBlend = 1, t.encodeBlend = 0; }},
+        {R"({"PreviewBlend":7,"EncodeBlend":false})",
+         [](KZ_OSD_TITLE& t) { t.previewBlend = 1, t.encodeBlend = 0; }},
     };
     for (const Case& c : cases) {
         auto cfg = Zeroed<KZDEV_VIDEOWIDGET_OSD_CFG>();
@@ -145,23 +180,35 @@ TEST(VideoWidgetOsd, ParseOneTitle) {
         title.reserved[5] = 0xAB;
         auto expected = CopyOf(*cfg);
         c.expect(expected->title[0]);
-        ASSERT_EQ(Parse("VideoWidget_OSD", std::string(R"({"CustomTitle":[)") + c.entry + "]}", cfg.get()), 1);
+        ASSERT_EQ(Parse("VideoWidget_OSD", std::string(R"({"CustomTitle":[)") + c.entry + "]}",
+                        cfg.get()),
+                  1);
         EXPECT_TRUE(SameBytes(*cfg, *expected)) << c.entry;
     }
 }
 
 TEST(VideoWidgetOsd, ParseTakesAtMostEightEntries) {
-    struct Case { const char* titles; int filled; };
+    struct Case {
+        const char* titles;
+        int filled;
+    };
     const Case cases[] = {
         {R"([{"Text":"t0"},{"Text":"t1"},{"Text":"t2"},{"Text":"t3"},{"Text":"t4"},
-             {"Text":"t5"},{"Text":"t6"},{"Text":"t7"},{"Text":"t8"},{"Text":"t9"}])", 8},
-        {R"([{"Text":"t0"},{"Text":"t1"}])", 2}, {"[]", 0}, {"null", 0}, {R"({"Text":"t0"})", 0},
+             {"Text":"t5"},{"Text":"t6"},{"Text":"t7"},{"Text":"t8"},{"Text":"t9"}])",
+         8},
+        {R"([{"Text":"t0"},{"Text":"t1"}])", 2},
+        {"[]", 0},
+        {"null", 0},
+        {R"({"Text":"t0"})", 0},
     };
     for (const Case& c : cases) {
         auto cfg = Zeroed<KZDEV_VIDEOWIDGET_OSD_CFG>();
-        ASSERT_EQ(Parse("VideoWidget_OSD", std::string(R"({"CustomTitle":)") + c.titles + "}", cfg.get()), 1);
+        ASSERT_EQ(
+            Parse("VideoWidget_OSD", std::string(R"({"CustomTitle":)") + c.titles + "}", cfg.get()),
+            1);
         for (int i = 0; i < KZ_MAX_OSD_TITLES; ++i) {
-            EXPECT_EQ(support::TextOf(cfg->title[i].text), i < c.filled ? "t" + std::to_string(i) : "")
+            EXPECT_EQ(support::TextOf(cfg->title[i].text),
+                      i < c.filled ? "t" + std::to_string(i) : "")
                 << c.titles << " title " << i;
         }
     }
@@ -206,19 +253,25 @@ TEST(VideoWidgetCover, ParseCovers) {
         {4, R"([{"EncodeBlend":false},{},{},{},{"EncodeBlend":false},{"EncodeBlend":false}])", 4,
          [](KZDEV_VIDEOWIDGET_COVER_CFG& c) { c.cover[0].encodeBlend = 0; }},
         {16, R"([{"Rect":[-1,2,3,4],"PreviewBlend":1}])", 1,
-         [](KZDEV_VIDEOWIDGET_COVER_CFG& c) { c.cover[0].rect[0] = -1, c.cover[0].rect[1] = 2,
-                                              c.cover[0].rect[2] = 3, c.cover[0].rect[3] = 4;
-                                              c.cover[0].previewBlend = 1; }},
-        {16, R"([{"Rect":[1,2,3]},null,{"EncodeBlend":null}])", 3, [](KZDEV_VIDEOWIDGET_COVER_CFG&) {}},
+         [](KZDEV_VIDEOWIDGET_COVER_CFG& c) {
+             c.cover[0].rect[0] = -1, c.cover[0].rect[1] = 2, c.cover[0].rect[2] = 3,
+             c.cover[0].rect[3] = 4;
+             c.cover[0].previewBlend = 1;
+         }},
+        {16, R"([{"Rect":[1,2,3]},null,{"EncodeBlend":null}])", 3,
+         [](KZDEV_VIDEOWIDGET_COVER_CFG&) {}},
         // Colours: element 0 into byte 2, 2 into byte 0; OR-ed into the seed's 0x80 with no masking.
         {16, R"([{"FrontColor":[30,20,10,40]},{"FrontColor":[256,0,0,0]}])", 2,
-         [](KZDEV_VIDEOWIDGET_COVER_CFG& c) { c.cover[0].frontColor = 0x281E148Au;
-                                              c.cover[1].frontColor = 0x01000080u; }},
+         [](KZDEV_VIDEOWIDGET_COVER_CFG& c) {
+             c.cover[0].frontColor = 0x281E148Au;
+             c.cover[1].frontColor = 0x01000080u;
+         }},
         {16, R"([{"FrontColor":[1,2,3]}])", 1, [](KZDEV_VIDEOWIDGET_COVER_CFG&) {}},
         // A list longer than the record: the count says so, the record takes sixteen.
-        {40, R"([{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{"EncodeBlend":false},{"EncodeBlend":false},
-                 {"EncodeBlend":false},{"EncodeBlend":false},{"EncodeBlend":false}])", 20,
-         [](KZDEV_VIDEOWIDGET_COVER_CFG& c) { c.cover[15].encodeBlend = 0; }},
+        {40,
+         R"([{},{},{},{},{},{},{},{},{},{},{},{},{},{},{},{"EncodeBlend":false},{"EncodeBlend":false},
+                 {"EncodeBlend":false},{"EncodeBlend":false},{"EncodeBlend":false}])",
+         20, [](KZDEV_VIDEOWIDGET_COVER_CFG& c) { c.cover[15].encodeBlend = 0; }},
         {16, "[]", 0, [](KZDEV_VIDEOWIDGET_COVER_CFG&) {}},
         {16, R"({"Rect":[1,2,3,4]})", 0, [](KZDEV_VIDEOWIDGET_COVER_CFG&) {}},
     };
@@ -236,7 +289,9 @@ TEST(VideoWidgetCover, ParseCovers) {
         auto expected = CopyOf(*cfg);
         expected->coverCount = c.count;
         c.expect(*expected);
-        ASSERT_EQ(Parse("VideoWidget_COVER", std::string(R"({"Covers":)") + c.covers + "}", cfg.get()), 1);
+        ASSERT_EQ(
+            Parse("VideoWidget_COVER", std::string(R"({"Covers":)") + c.covers + "}", cfg.get()),
+            1);
         EXPECT_TRUE(SameBytes(*cfg, *expected)) << c.covers;
     }
 }

@@ -20,7 +20,8 @@ std::unique_ptr<Record> Built(const char* type, const std::string& view) {
     const auto* descriptor = protofix::describe::FindDescriptor(type);
     EXPECT_NE(descriptor, nullptr) << type;
     if (descriptor != nullptr) {
-        EXPECT_TRUE(protofix::describe::FromJson(*descriptor, ParseJson(view), record.get(), error)) << error;
+        EXPECT_TRUE(protofix::describe::FromJson(*descriptor, ParseJson(view), record.get(), error))
+            << error;
     }
     return record;
 }
@@ -42,7 +43,8 @@ TEST(PictureRefusals, ModesAndMissingRecords) {
 }
 
 TEST(VideoStandard, BareWordBothWays) {
-    const std::pair<unsigned int, const char*> packets[] = {{0, "\"PAL\""}, {1, "\"NTSC\""}, {2, "\"SECAM\""}, {3, "null"}};
+    const std::pair<unsigned int, const char*> packets[] = {
+        {0, "\"PAL\""}, {1, "\"NTSC\""}, {2, "\"SECAM\""}, {3, "null"}};
     for (const auto& [code, word] : packets) {
         auto cfg = Zeroed<KZDEV_VIDEO_STANDARD_CFG>();
         cfg->videoStandard = code;
@@ -51,7 +53,8 @@ TEST(VideoStandard, BareWordBothWays) {
         EXPECT_EQ(envelope.table(), ParseJson(word)) << code;
     }
     const std::pair<const char*, unsigned int> parses[] = {
-        {"\"ntsc\"", 1}, {"\"Secam\"", 2}, {"\"pal\"", 0}, {"\"PALX\"", 7}, {"1", 7}, {R"({"VideoStandard":"NTSC"})", 7}};
+        {"\"ntsc\"", 1}, {"\"Secam\"", 2}, {"\"pal\"", 0},
+        {"\"PALX\"", 7}, {"1", 7},         {R"({"VideoStandard":"NTSC"})", 7}};
     for (const auto& [table, code] : parses) {
         auto cfg = Zeroed<KZDEV_VIDEO_STANDARD_CFG>();
         cfg->videoStandard = 7;
@@ -67,8 +70,9 @@ TEST(MediaGlobal, PacketLengthByte) {
     cfg->packetLength = 200;
     EXPECT_EQ(Packet("MediaGlobal", cfg.get()).table(), ParseJson(R"({"PacketLength":200})"));
     const std::pair<const char*, int> parses[] = {
-        {R"({"PacketLength":300})", 44}, {R"({"PacketLength":12.0})", 12}, {R"({"PacketLength":"12"})", 9},
-        {R"({"PacketLength":null})", 9}, {R"({"PacketLength":3000000000})", 9}, {"[300]", 9}};
+        {R"({"PacketLength":300})", 44},       {R"({"PacketLength":12.0})", 12},
+        {R"({"PacketLength":"12"})", 9},       {R"({"PacketLength":null})", 9},
+        {R"({"PacketLength":3000000000})", 9}, {"[300]", 9}};
     for (const auto& [table, length] : parses) {
         cfg->packetLength = 9;
         EXPECT_EQ(Parse("MediaGlobal", table, cfg.get()), 1) << table;
@@ -92,12 +96,17 @@ TEST(VideoColorRecord, PacketBothPeriods) {
 // as a record-type mask; a missing or bad time section leaves it.
 TEST(VideoColorRecord, ParsePeriods) {
     const KZ_VIDEO_COLOR preset = {{9, 9, 9, 9, 9, 9, 9}, 9, 9, 9, 9, {}};
-    struct Case { const char* table; KZ_VIDEO_COLOR first, second; };
+    struct Case {
+        const char* table;
+        KZ_VIDEO_COLOR first, second;
+    };
     const Case cases[] = {
         {R"([{"Brightness":1,"TimeSection":"3 00:00:00-23:59:59"},{"Hue":300,"TimeSection":"bad"},{"Contrast":5}])",
-         {{5, 0, 0, 0, 23, 59, 59}, 1, 9, 9, 9, {}}, {{9, 9, 9, 9, 9, 9, 9}, 9, 9, 9, 44, {}}},
+         {{5, 0, 0, 0, 23, 59, 59}, 1, 9, 9, 9, {}},
+         {{9, 9, 9, 9, 9, 9, 9}, 9, 9, 9, 44, {}}},
         {R"({"Contrast":7,"Saturation":null,"TimeSection":"16 01:00:00-02:00:00"})",
-         {{8, 1, 0, 0, 2, 0, 0}, 9, 7, 9, 9, {}}, preset},
+         {{8, 1, 0, 0, 2, 0, 0}, 9, 7, 9, 9, {}},
+         preset},
         {R"([{"Brightness":2}])", {{9, 9, 9, 9, 9, 9, 9}, 2, 9, 9, 9, {}}, preset},
         {"[]", preset, preset},
         {"7", preset, preset},
@@ -131,24 +140,31 @@ TEST(VideoColorText, PacketFromTheEarlierText) {
 // Every period of an array is merged in turn into the one setting; a value of another kind on
 // the way is left alone.
 TEST(VideoColorText, ParseIntoTheEarlierText) {
-    struct Case { const char* old; const char* table; const char* merged; };
+    struct Case {
+        const char* old;
+        const char* table;
+        const char* merged;
+    };
     const Case cases[] = {
         {R"({"Encode":{"VideoColor":{"Brightness":1,"Gamma":3}}})",
          R"([{"Brightness":10,"Contrast":20},{"Brightness":30,"Hue":null}])",
          R"({"Encode":{"VideoColor":{"Brightness":30,"Contrast":20,"Gamma":3}}})"},
-        {"{}", R"({"Saturation":5,"TimeSection":"1 00:00:00-23:59:59"})", R"({"Encode":{"VideoColor":{"Saturation":5}}})"},
+        {"{}", R"({"Saturation":5,"TimeSection":"1 00:00:00-23:59:59"})",
+         R"({"Encode":{"VideoColor":{"Saturation":5}}})"},
         {R"({"Encode":[]})", R"({"Saturation":5})", R"({"Encode":[]})"},
         {R"({"A":1})", "[]", R"({"A":1})"},
     };
     for (const Case& c : cases) {
         std::vector<char> buffer(256, '#');
         std::strcpy(buffer.data(), c.old);
-        ASSERT_EQ(Parse("VideoColor", c.table, buffer.data(), 256, PROTOFIX_MODE_TEXT), 1) << c.table;
+        ASSERT_EQ(Parse("VideoColor", c.table, buffer.data(), 256, PROTOFIX_MODE_TEXT), 1)
+            << c.table;
         EXPECT_EQ(ParseJson(buffer.data()), ParseJson(c.merged)) << c.table;
     }
     std::vector<char> small(16, '#');
     std::strcpy(small.data(), "{}");
-    EXPECT_EQ(Parse("VideoColor", R"({"Brightness":100})", small.data(), 16, PROTOFIX_MODE_TEXT), -1);
+    EXPECT_EQ(Parse("VideoColor", R"({"Brightness":100})", small.data(), 16, PROTOFIX_MODE_TEXT),
+              -1);
     EXPECT_STREQ(small.data(), "{}");
 }
 
@@ -169,7 +185,8 @@ TEST(VideoInOptions, PacketReadsTheOutputSlot) {
     info.output = cfg.get();
     const support::Envelope envelope = support::Serialize(info);
     EXPECT_TRUE(envelope.result());
-    EXPECT_EQ(envelope.table(), ParseJson(R"({"Flip":1,"IrisAuto":true,"Mirror":false,"ExternalSyncPhase":90,
+    EXPECT_EQ(envelope.table(),
+              ParseJson(R"({"Flip":1,"IrisAuto":true,"Mirror":false,"ExternalSyncPhase":90,
         "Backlight":3,"ExternalSync":1000,"Rotate90":1,"WideDynamicRange":50,"SignalFormat":"1080i",
         "ExposureValue1":0.5,"ExposureValue2":40.25,"ExposureSpeed":7,"GainBlue":10,"GainGreen":11,"GainRed":12,
         "WhiteBalance":"Disable",
@@ -186,18 +203,25 @@ TEST(VideoInOptions, PacketReadsTheOutputSlot) {
 // Flags read as booleans (the flip too), the sync phase as a real, unknown words as code 0; night
 // and flash keys only inside their objects; null and unknown keys leave the record.
 TEST(VideoInOptions, ParseKeys) {
-    const char* const preset = R"({"backlight":4,"signalFormat":3,"nightWhiteBalance":5,"flashMode":6,"flashValue":2})";
+    const char* const preset =
+        R"({"backlight":4,"signalFormat":3,"nightWhiteBalance":5,"flashMode":6,"flashValue":2})";
     auto cfg = Built<KZDEV_VIDEOIN_OPTIONS_CFG>("KZDEV_VIDEOIN_OPTIONS_CFG", preset);
     auto expected = Built<KZDEV_VIDEOIN_OPTIONS_CFG>("KZDEV_VIDEOIN_OPTIONS_CFG", R"({
         "flip":1,"mirror":1,"irisAuto":0,"externalSyncPhase":3,"externalSync":4464,"signalFormat":0,
         "whiteBalance":7,"exposureValue1":0.75,"backlight":4,"nightWhiteBalance":0,"nightExposureValue2":-1.5,
         "nightGain":44,"sunsetHour":20,"flashMode":6,"flashValue":2,"flashPreValue":9})");
-    ASSERT_EQ(Parse("VideoInOptions", R"({"Flip":true,"Mirror":1,"IrisAuto":false,"ExternalSyncPhase":3.9,
+    ASSERT_EQ(
+        Parse("VideoInOptions", R"({"Flip":true,"Mirror":1,"IrisAuto":false,"ExternalSyncPhase":3.9,
         "ExternalSync":70000,"SignalFormat":"4K","WhiteBalance":"Night","ExposureValue1":0.75,"Backlight":null,
         "Gain":5,"Mode":7,"NightOptions":{"WhiteBalance":"night","ExposureValue2":-1.5,"Gain":300,"SunsetHour":20},
-        "FlashControl":{"PreValue":9,"Mode":null}})", cfg.get()), 1);
-    EXPECT_EQ(protofix::describe::ToJson(*protofix::describe::FindDescriptor("KZDEV_VIDEOIN_OPTIONS_CFG"), cfg.get()),
-              protofix::describe::ToJson(*protofix::describe::FindDescriptor("KZDEV_VIDEOIN_OPTIONS_CFG"), expected.get()));
+        "FlashControl":{"PreValue":9,"Mode":null}})",
+              cfg.get()),
+        1);
+    EXPECT_EQ(
+        protofix::describe::ToJson(*protofix::describe::FindDescriptor("KZDEV_VIDEOIN_OPTIONS_CFG"),
+                                   cfg.get()),
+        protofix::describe::ToJson(*protofix::describe::FindDescriptor("KZDEV_VIDEOIN_OPTIONS_CFG"),
+                                   expected.get()));
     auto unchanged = support::CopyOf(*expected);
     EXPECT_EQ(Parse("VideoInOptions", R"([{"Flip":false}])", expected.get()), 1);
     EXPECT_TRUE(support::SameBytes(*expected, *unchanged));

@@ -14,35 +14,44 @@ namespace {
 
 TEST(DvripNet, PortsAndMulticast) {
     // A full multicast address is read on into the bytes after it.
-    const auto cfg = view::Build(VIEW_OF(KZDEV_NET_CFG), R"({"maxConnections":64,"tcpPort":37777,"udpPort":37778,
+    const auto cfg =
+        view::Build(VIEW_OF(KZDEV_NET_CFG), R"({"maxConnections":64,"tcpPort":37777,"udpPort":37778,
         "sslPort":65535,"multicastEnable":2,"multicastPort":36666,"multicastAddress":"2222222222222222",
         "reserved5":[66,67],"httpPort":80})");
-    EXPECT_EQ(Packet("DVRIP_NET", cfg.get()).table(),
-              ParseJson(R"({"TCPPort":37777,"SSLPort":65535,"MaxConnections":64,"UDPPort":37778,"MCASTEnable":false,
+    EXPECT_EQ(
+        Packet("DVRIP_NET", cfg.get()).table(),
+        ParseJson(
+            R"({"TCPPort":37777,"SSLPort":65535,"MaxConnections":64,"UDPPort":37778,"MCASTEnable":false,
                             "MCASTAddress":"2222222222222222BC","MCASTPort":36666})"));
 
     // At most 15 bytes of the address, zero-filled; the 16th keeps its byte.
-    const std::string seed = R"({"tcpPort":1,"multicastEnable":1,"multicastAddress":"XXXXXXXXXXXXXXXX"})";
-    struct Case { const char *table, *changes, *address; };
+    const std::string seed =
+        R"({"tcpPort":1,"multicastEnable":1,"multicastAddress":"XXXXXXXXXXXXXXXX"})";
+    struct Case {
+        const char *table, *changes, *address;
+    };
     const Case cases[] = {
         {R"({"TCPPort":70000,"SSLPort":443,"MaxConnections":10,"UDPPort":5,"MCASTPort":65537,"MCASTEnable":false,
              "MCASTAddress":"239.1.1.1"})",
          R"({"tcpPort":4464,"sslPort":443,"maxConnections":10,"udpPort":5,"multicastPort":1,"multicastEnable":0,
              "multicastAddress":"239.1.1.1"})",
          "239.1.1.1\0\0\0\0\0\0X"},
-        {R"({"MCASTAddress":"239.255.255.250.1","TCPPort":null})", R"({"multicastAddress":"239.255.255.250X"})",
-         "239.255.255.250X"},
+        {R"({"MCASTAddress":"239.255.255.250.1","TCPPort":null})",
+         R"({"multicastAddress":"239.255.255.250X"})", "239.255.255.250X"},
     };
     for (const Case& c : cases) {
-        const auto out = ExpectParse(VIEW_OF(KZDEV_NET_CFG), seed, "DVRIP_NET", c.table, 1, c.changes);
+        const auto out =
+            ExpectParse(VIEW_OF(KZDEV_NET_CFG), seed, "DVRIP_NET", c.table, 1, c.changes);
         EXPECT_EQ(std::string(out->multicastAddress, 16), std::string(c.address, 16)) << c.table;
     }
     // Ports are read as unsigned: a negative one is a value of the wrong kind.
-    EXPECT_THROW(Parse("DVRIP_NET", R"({"TCPPort":-1})", support::Zeroed<KZDEV_NET_CFG>().get()), Json::Exception);
+    EXPECT_THROW(Parse("DVRIP_NET", R"({"TCPPort":-1})", support::Zeroed<KZDEV_NET_CFG>().get()),
+                 Json::Exception);
 }
 
 TEST(DvripRegister, ServersBothWays) {
-    const auto cfg = view::Build(VIEW_OF(KZDEV_REGISTER_SERVER), R"({"enable":1,"deviceId":"dev-01","serverCount":2,
+    const auto cfg = view::Build(VIEW_OF(KZDEV_REGISTER_SERVER),
+                                 R"({"enable":1,"deviceId":"dev-01","serverCount":2,
         "servers":[{"ipAddress":"10.0.0.5","port":7000,"domainName":"unused.example"},
                    {"ipAddress":"10.0.0.6","port":7001,"addressKind":1,"domainName":"reg.example.com"},
                    {"ipAddress":"not counted"}]})");
@@ -54,10 +63,14 @@ TEST(DvripRegister, ServersBothWays) {
 
     const std::string d59(59, 'd');
     const std::string seed = R"({"enable":1,"deviceId":"old","serverCount":1,"servers":[
-        {"ipAddress":"1.1.1.1","domainName":")" + d59 + R"("},{"domainName":")" + d59 + R"("}]})";
+        {"ipAddress":"1.1.1.1","domainName":")" +
+                             d59 + R"("},{"domainName":")" + d59 + R"("}]})";
     std::string eleven;
-    for (int i = 0; i < 11; ++i) eleven += std::string(i ? "," : "") + R"({"Port":)" + std::to_string(7000 + i) + "}";
-    struct Case { std::string table, changes; };
+    for (int i = 0; i < 11; ++i)
+        eleven += std::string(i ? "," : "") + R"({"Port":)" + std::to_string(7000 + i) + "}";
+    struct Case {
+        std::string table, changes;
+    };
     const Case cases[] = {
         {"{}", R"({"serverCount":0})"},
         {R"({"RegisterServer":{"Enable":false,"DeviceID":"dev-02","Servers":[]}})",
@@ -66,34 +79,42 @@ TEST(DvripRegister, ServersBothWays) {
          R"({"serverCount":10,"servers":[{"port":7000},{"port":7001},{"port":7002},{"port":7003},{"port":7004},
              {"port":7005},{"port":7006},{"port":7007},{"port":7008},{"port":7009}]})"},
         // The address lands in the domain name; the address kind is left.
-        {R"({"RegisterServer":{"Servers":[{"Address":"abc","Port":7100},{"Address":")" + std::string(50, 'e') +
-             R"("}]}})",
+        {R"({"RegisterServer":{"Servers":[{"Address":"abc","Port":7100},{"Address":")" +
+             std::string(50, 'e') + R"("}]}})",
          R"({"serverCount":2,"servers":[{"port":7100,"domainName":"abc"},{"domainName":")" +
              std::string(48, 'e') + std::string(11, 'd') + R"("}]})"},
     };
     for (const Case& c : cases) {
-        const auto out = ExpectParse(VIEW_OF(KZDEV_REGISTER_SERVER), seed, "DVRIP_REGISTER", c.table, 1, c.changes);
+        const auto out = ExpectParse(VIEW_OF(KZDEV_REGISTER_SERVER), seed, "DVRIP_REGISTER",
+                                     c.table, 1, c.changes);
         if (c.changes.find("abc") == std::string::npos) continue;
         // A short text brings its NUL and no more: the rest of the 48-byte block keeps its bytes.
-        EXPECT_EQ(std::string(out->servers[0].domainName, 60), std::string("abc\0", 4) + std::string(55, 'd') + '\0');
+        EXPECT_EQ(std::string(out->servers[0].domainName, 60),
+                  std::string("abc\0", 4) + std::string(55, 'd') + '\0');
     }
 }
 
 TEST(DvripTrans, StreamPolicyWords) {
-    struct Packed { int enable, strategy; const char* policy; };
-    const Packed packs[] = {{1, 0, R"("Quality")"}, {1, 1, R"("Fluency")"}, {2, 2, R"("AutoAdapt")"},
-                            {1, 3, "null"},         {1, -1, "null"},         {0, 1, R"("None")"},
-                            {0, 5, R"("None")"}};
+    struct Packed {
+        int enable, strategy;
+        const char* policy;
+    };
+    const Packed packs[] = {
+        {1, 0, R"("Quality")"}, {1, 1, R"("Fluency")"}, {2, 2, R"("AutoAdapt")"}, {1, 3, "null"},
+        {1, -1, "null"},        {0, 1, R"("None")"},    {0, 5, R"("None")"}};
     for (const Packed& p : packs) {
         auto cfg = support::Zeroed<KZDEV_TRANSFER_STRATEGY_CFG>();
         cfg->enable = static_cast<unsigned char>(p.enable);
         cfg->strategy = p.strategy;
-        EXPECT_EQ(Packet("DVRIP_TRANS", cfg.get()).table(), ParseJson(std::string(R"({"StreamPolicy":)") + p.policy + "}"))
+        EXPECT_EQ(Packet("DVRIP_TRANS", cfg.get()).table(),
+                  ParseJson(std::string(R"({"StreamPolicy":)") + p.policy + "}"))
             << p.enable << " " << p.strategy;
     }
 
     const std::string seed = R"({"leadingWord":9,"enable":1,"strategy":1})";
-    struct Case { const char *table, *changes; };
+    struct Case {
+        const char *table, *changes;
+    };
     const Case parses[] = {
         {R"({"StreamPolicy":"none"})", R"({"enable":0})"},
         {R"({"StreamPolicy":"Quality"})", R"({"enable":1,"strategy":0})"},
@@ -102,7 +123,9 @@ TEST(DvripTrans, StreamPolicyWords) {
         {R"({"StreamPolicy":"Smooth"})", R"({"enable":0,"strategy":0})"},
         {"{}", R"({"enable":0,"strategy":0})"},
     };
-    for (const Case& c : parses) ExpectParse(VIEW_OF(KZDEV_TRANSFER_STRATEGY_CFG), seed, "DVRIP_TRANS", c.table, 1, c.changes);
+    for (const Case& c : parses)
+        ExpectParse(VIEW_OF(KZDEV_TRANSFER_STRATEGY_CFG), seed, "DVRIP_TRANS", c.table, 1,
+                    c.changes);
 }
 
 TEST(RemoteDevice, PacketKeysEntriesByIndex) {
@@ -122,9 +145,12 @@ TEST(RemoteDevice, PacketKeysEntriesByIndex) {
     const Json::Value table = Packet("RemoteDevice", cfg.get()).table();
     ASSERT_EQ(table.size(), 32u);
     for (int i = 0; i < 32; ++i) EXPECT_TRUE(table.isMember("uuid:" + std::to_string(i))) << i;
-    for (int i = 0; i < 7; ++i) EXPECT_EQ(table["uuid:" + std::to_string(i)]["ProtocolType"], words[i]) << i;
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(table["uuid:" + std::to_string(i)]["ProtocolType"], words[i]) << i;
     EXPECT_EQ(table["uuid:31"]["ProtocolType"], "Torva");
-    EXPECT_EQ(table["uuid:0"], ParseJson(R"({"Enable":true,"Address":"192.168.1.64","Port":37777,"ProtocolType":"Torva",
+    EXPECT_EQ(
+        table["uuid:0"],
+        ParseJson(R"({"Enable":true,"Address":"192.168.1.64","Port":37777,"ProtocolType":"Torva",
         "UserName":"admin","Password":"pppppppppppppppp","DeviceClass":"IPC","Name":"Gate"})"));
 
     for (int count : {0, -1}) {
@@ -136,30 +162,39 @@ TEST(RemoteDevice, PacketKeysEntriesByIndex) {
 TEST(RemoteDevice, ParseTakesMembersInTheTablesOrder) {
     // Forty members: the first 32 in the order of their names, whatever the names say.
     Json::Value table;
-    for (int i = 0; i < 40; ++i) table["uuid:" + std::to_string(i)]["Name"] = "cam" + std::to_string(i);
+    for (int i = 0; i < 40; ++i)
+        table["uuid:" + std::to_string(i)]["Name"] = "cam" + std::to_string(i);
     auto cfg = support::Zeroed<KZDEV_REMOTE_DEVICE_CFG>();
     ASSERT_EQ(Parse("RemoteDevice", Json::FastWriter().write(table), cfg.get()), 1);
     EXPECT_EQ(cfg->deviceCount, 32);
-    const std::pair<int, const char*> order[] = {{0, "cam0"}, {1, "cam1"}, {2, "cam10"}, {11, "cam19"},
-                                                 {12, "cam2"}, {13, "cam20"}, {23, "cam3"}, {31, "cam37"}};
+    const std::pair<int, const char*> order[] = {{0, "cam0"},   {1, "cam1"},  {2, "cam10"},
+                                                 {11, "cam19"}, {12, "cam2"}, {13, "cam20"},
+                                                 {23, "cam3"},  {31, "cam37"}};
     for (const auto& [k, name] : order) EXPECT_EQ(support::TextOf(cfg->devices[k].name), name) << k;
 
-    const std::string seed = R"({"deviceCount":5,"devices":[{"name":"n0","deviceClass":7,"protocolType":3},
+    const std::string seed =
+        R"({"deviceCount":5,"devices":[{"name":"n0","deviceClass":7,"protocolType":3},
         {"name":"n1","deviceClass":7},{"name":"n2","deviceClass":7}]})";
-    struct Case { const char *table, *changes; };
+    struct Case {
+        const char *table, *changes;
+    };
     const Case cases[] = {
         {"{}", R"({"deviceCount":0})"},
         {"[1,2]", R"({"deviceCount":0})"},
         // A null member still counts; names need not be "uuid:%d".
         {R"({"a":{"Enable":true,"Address":"10.1.1.1","Port":554,"ProtocolType":"torvartsp","UserName":"admin",
-               "Password":"0123456789abcdefXYZ","DeviceClass":"ipc","Name":")" "0123456789012345678901234567890123" R"("},
+               "Password":"0123456789abcdefXYZ","DeviceClass":"ipc","Name":")"
+         "0123456789012345678901234567890123"
+         R"("},
              "b":null,"c":{"ProtocolType":"Torva","DeviceClass":"NVR","Enable":0}})",
          R"({"deviceCount":3,"devices":[{"enable":1,"address":"10.1.1.1","port":554,"protocolType":4,"userName":"admin",
              "password":"0123456789abcde","deviceClass":0,"name":"0123456789012345678901234567890"},{},
              {"protocolType":0,"enable":0}]})"},
-        {R"({"x":{"ProtocolType":"TS","Port":null}})", R"({"deviceCount":1,"devices":[{"protocolType":5}]})"},
+        {R"({"x":{"ProtocolType":"TS","Port":null}})",
+         R"({"deviceCount":1,"devices":[{"protocolType":5}]})"},
     };
-    for (const Case& c : cases) ExpectParse(VIEW_OF(KZDEV_REMOTE_DEVICE_CFG), seed, "RemoteDevice", c.table, 1, c.changes);
+    for (const Case& c : cases)
+        ExpectParse(VIEW_OF(KZDEV_REMOTE_DEVICE_CFG), seed, "RemoteDevice", c.table, 1, c.changes);
 }
 
 }  // namespace

@@ -27,7 +27,8 @@ template <class Record>
 std::unique_ptr<Record> Build(Typed<Record> type, const std::string& fields) {
     auto record = support::Zeroed<Record>();
     std::string error;
-    EXPECT_TRUE(protofix::describe::FromJson(type.descriptor, support::ParseJson(fields), record.get(), error))
+    EXPECT_TRUE(protofix::describe::FromJson(type.descriptor, support::ParseJson(fields),
+                                             record.get(), error))
         << error;
     return record;
 }
@@ -37,7 +38,8 @@ inline std::vector<unsigned char> Bytes(const char* type, const std::string& fie
     const auto& descriptor = *protofix::describe::FindDescriptor(type);
     std::vector<unsigned char> record(descriptor.size);
     std::string error;
-    EXPECT_TRUE(protofix::describe::FromJson(descriptor, support::ParseJson(fields), record.data(), error))
+    EXPECT_TRUE(
+        protofix::describe::FromJson(descriptor, support::ParseJson(fields), record.data(), error))
         << error;
     return record;
 }
@@ -62,8 +64,9 @@ inline void Overlay(Json::Value& v, const Json::Value& changes) {
 // Parses the table into a record built from the seed: the result must be as given and the whole
 // record's view the seed's with the changes laid over it. Gives the record.
 template <class Record>
-std::unique_ptr<Record> ExpectParse(Typed<Record> type, const std::string& seed, const char* section,
-                                    const std::string& table, int result, const std::string& changes) {
+std::unique_ptr<Record> ExpectParse(Typed<Record> type, const std::string& seed,
+                                    const char* section, const std::string& table, int result,
+                                    const std::string& changes) {
     auto record = Build(type, seed);
     Json::Value expected = Of(type, *record);
     Overlay(expected, support::ParseJson(changes));

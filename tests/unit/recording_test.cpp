@@ -40,7 +40,7 @@ TEST(RecordPacket, ScheduleAsFlagsAndPreRecord) {
     auto cfg = Zeroed<KZDEV_RECORD_CFG>();
     cfg->byPreRecord = 200;
     cfg->byVideoStream = 1;
-    cfg->stSect[0][0] = {6, 8, 0, 0, 18, 0, 0};   // a mask is written as 1
+    cfg->stSect[0][0] = {6, 8, 0, 0, 18, 0, 0};  // a mask is written as 1
     cfg->stSect[6][5] = {-1, 0, 0, 0, 24, 0, 0};
     cfg->stSect[3][2] = {0, 7, 5, 9, 7, 30, 0};
     Json::Value expected(Json::objectValue);
@@ -56,9 +56,15 @@ TEST(RecordPacket, ScheduleAsFlagsAndPreRecord) {
 
 // Only a stream index of 0 to 3 gives "VideoStream"; another leaves the table null, and succeeds.
 TEST(RecordSourcePacket, StreamNameByIndex) {
-    struct Case { unsigned char stream; const char* table; };
-    const Case cases[] = {{0, R"({"VideoStream":"Main"})"}, {1, R"({"VideoStream":"Extra1"})"},
-                          {3, R"({"VideoStream":"Extra3"})"}, {4, "null"}, {7, "null"}};
+    struct Case {
+        unsigned char stream;
+        const char* table;
+    };
+    const Case cases[] = {{0, R"({"VideoStream":"Main"})"},
+                          {1, R"({"VideoStream":"Extra1"})"},
+                          {3, R"({"VideoStream":"Extra3"})"},
+                          {4, "null"},
+                          {7, "null"}};
     for (const Case& c : cases) {
         auto cfg = Filled();
         cfg->byVideoStream = c.stream;
@@ -73,7 +79,7 @@ TEST(RecordSourcePacket, StreamNameByIndex) {
 TEST(RecordParse, PreRecordAndScheduleOnly) {
     auto cfg = Filled();
     auto expected = CopyOf(*cfg);
-    expected->byPreRecord = 44;                        // 300, low 8 bits
+    expected->byPreRecord = 44;                         // 300, low 8 bits
     expected->stSect[0][0] = {5, 0, 0, 0, 23, 59, 59};  // 3 -> mask 5
     expected->stSect[0][2] = {8, 1, 2, 3, 4, 5, 6};     // 16 -> mask 8
     expected->stSect[1][0] = {0, 6, 0, 0, 7, 0, 0};     // 8 -> mask 0
@@ -82,7 +88,9 @@ TEST(RecordParse, PreRecordAndScheduleOnly) {
     ASSERT_EQ(Parse("Record", R"({"PreRecord":300,"VideoStream":"Main","TimeSection":[
         ["3 00:00:00-23:59:59", 1, "16 01:02:03-04:05:06", null],
         ["8 06:00:00-07:00:00"],
-        [[], "1 06:05:00", {}, true, "x", "1 8:5:0-17:0:0"]]})", cfg.get()), 1);
+        [[], "1 06:05:00", {}, true, "x", "1 8:5:0-17:0:0"]]})",
+                    cfg.get()),
+              1);
     EXPECT_TRUE(SameBytes(*cfg, *expected));
 }
 
@@ -128,9 +136,15 @@ TEST(RecordTextPacket, PreRecAndSchedule) {
 }
 
 TEST(RecordTextPacket, StreamAndEmptyTexts) {
-    struct Case { const char* section; const char* f5; bool result; const char* table; };
+    struct Case {
+        const char* section;
+        const char* f5;
+        bool result;
+        const char* table;
+    };
     const Case cases[] = {
-        {"RecordSource", R"({"Record":{"Stream":2,"PreRec":1}})", true, R"({"VideoStream":"Extra2"})"},
+        {"RecordSource", R"({"Record":{"Stream":2,"PreRec":1}})", true,
+         R"({"VideoStream":"Extra2"})"},
         {"RecordSource", R"({"Record":{"Stream":4}})", true, "null"},
         {"RecordSource", R"({"Record":{"Stream":null}})", true, "null"},
         {"RecordSource", R"({"Record":[0]})", true, "null"},
@@ -149,20 +163,25 @@ TEST(RecordTextPacket, StreamAndEmptyTexts) {
 // The table's flag goes to the F5 text as a record-type mask (1 becomes 4); a text that does not
 // scan keeps the scratch section of the entry before.
 TEST(RecordTextParse, MergesPreRecordAndSchedule) {
-    struct Case { const char *section, *old, *table, *merged; };
+    struct Case {
+        const char *section, *old, *table, *merged;
+    };
     const Case cases[] = {
-        {"Record", R"({"Record":{"PreRec":1,"Stream":0,"TimeSection":[["0 00:00:00-00:00:00"]]},"X":[1]})",
+        {"Record",
+         R"({"Record":{"PreRec":1,"Stream":0,"TimeSection":[["0 00:00:00-00:00:00"]]},"X":[1]})",
          R"({"PreRecord":7,"VideoStream":"Extra1","TimeSection":[["1 08:00:00-18:00:00",5,"bad"],[],["3 01:00:00-02:00:00"]]})",
          R"({"Record":{"PreRec":7,"Stream":0,"TimeSection":[["4 08:00:00-18:00:00",null,"4 08:00:00-18:00:00"],
              null,["5 01:00:00-02:00:00"]]},"X":[1]})"},
         {"Record", R"({"X":1})", R"({"PreRecord":300})", R"({"Record":{"PreRec":300},"X":1})"},
-        {"Record", R"({"Record":5})", R"({"PreRecord":3,"TimeSection":[["1 00:00:00-01:00:00"]]})", R"({"Record":5})"},
-        {"Record", R"({"Record":{"TimeSection":{"a":1}}})", R"({"TimeSection":[["1 00:00:00-01:00:00"]]})",
-         R"({"Record":{"TimeSection":{"a":1}}})"},
+        {"Record", R"({"Record":5})", R"({"PreRecord":3,"TimeSection":[["1 00:00:00-01:00:00"]]})",
+         R"({"Record":5})"},
+        {"Record", R"({"Record":{"TimeSection":{"a":1}}})",
+         R"({"TimeSection":[["1 00:00:00-01:00:00"]]})", R"({"Record":{"TimeSection":{"a":1}}})"},
         {"Record", R"({"X":1})", R"([{"PreRecord":3}])", R"({"X":1})"},
-        {"RecordSource", R"({"Record":{"Stream":0,"PreRec":2}})", R"({"VideoStream":"extra2","PreRecord":9})",
-         R"({"Record":{"Stream":2,"PreRec":2}})"},
-        {"RecordSource", R"({"Record":{"Stream":0}})", R"({"VideoStream":"Extra9"})", R"({"Record":{"Stream":0}})"},
+        {"RecordSource", R"({"Record":{"Stream":0,"PreRec":2}})",
+         R"({"VideoStream":"extra2","PreRecord":9})", R"({"Record":{"Stream":2,"PreRec":2}})"},
+        {"RecordSource", R"({"Record":{"Stream":0}})", R"({"VideoStream":"Extra9"})",
+         R"({"Record":{"Stream":0}})"},
         {"RecordSource", "[1]", R"({"VideoStream":"Main"})", "[1]"},
         {"RecordSource", "{}", R"({"VideoStream":"MAIN"})", R"({"Record":{"Stream":0}})"},
     };
@@ -177,18 +196,26 @@ TEST(RecordTextParse, MergesPreRecordAndSchedule) {
 // otherwise, or when the buffer does not parse, the buffer is left byte for byte.
 TEST(RecordTextParse, CapacityRule) {
     const std::string merged = Json::FastWriter().write(ParseJson(R"({"Record":{"Stream":1}})"));
-    struct Case { const char* old; std::size_t capacity; int result; };
-    const Case cases[] = {{"{}", merged.size(), 1}, {"{}", merged.size() - 1, -1},
-                          {R"({"Record":)", 64, -1}, {"", 64, -1}};
+    struct Case {
+        const char* old;
+        std::size_t capacity;
+        int result;
+    };
+    const Case cases[] = {{"{}", merged.size(), 1},
+                          {"{}", merged.size() - 1, -1},
+                          {R"({"Record":)", 64, -1},
+                          {"", 64, -1}};
     for (const Case& c : cases) {
         F5Buffer buffer(c.old, c.capacity);
         const std::vector<char> before = buffer.bytes;
-        ASSERT_EQ(buffer.Merge("RecordSource", R"({"VideoStream":"Extra1"})"), c.result) << c.capacity;
+        ASSERT_EQ(buffer.Merge("RecordSource", R"({"VideoStream":"Extra1"})"), c.result)
+            << c.capacity;
         if (c.result == -1) {
             EXPECT_EQ(buffer.bytes, before) << c.capacity;
             continue;
         }
-        EXPECT_EQ(std::string(buffer.bytes.data(), c.capacity - 1), merged.substr(0, c.capacity - 1));
+        EXPECT_EQ(std::string(buffer.bytes.data(), c.capacity - 1),
+                  merged.substr(0, c.capacity - 1));
         EXPECT_EQ(buffer.bytes.back(), '#');  // no terminator
     }
 }

@@ -95,7 +95,9 @@ bool SameBytes(const Record& a, const Record& b) {
 
 // Fills a text field to its last byte, with no NUL.
 template <std::size_t N>
-void FillText(char (&field)[N], char c) { std::memset(field, c, N); }
+void FillText(char (&field)[N], char c) {
+    std::memset(field, c, N);
+}
 
 template <std::size_t N>
 void SetText(char (&field)[N], const char* text) {
@@ -104,7 +106,9 @@ void SetText(char (&field)[N], const char* text) {
 }
 
 template <std::size_t N>
-std::string TextOf(const char (&field)[N]) { return std::string(field, strnlen(field, N)); }
+std::string TextOf(const char (&field)[N]) {
+    return std::string(field, strnlen(field, N));
+}
 
 // A caller's F5 text buffer of exactly its capacity on the heap: the text (cut to the capacity;
 // NUL-terminated when shorter), the bytes past it '#', so the sanitizers see any write past it.
@@ -118,13 +122,17 @@ struct F5Buffer {
     int Merge(const char* section, const std::string& table, int mode = PROTOFIX_MODE_TEXT) {
         return Parse(section, table, bytes.data(), static_cast<int>(bytes.size()), mode);
     }
-    std::string Text() const { return std::string(bytes.data(), strnlen(bytes.data(), bytes.size())); }
+    std::string Text() const {
+        return std::string(bytes.data(), strnlen(bytes.data(), bytes.size()));
+    }
     Json::Value Document() const { return ParseJson(Text()); }
     std::vector<char> bytes;
 };
 
 // The compact writer's text of a JSON text: what a merge writes back.
-inline std::string Written(const std::string& json) { return Json::FastWriter().write(ParseJson(json)); }
+inline std::string Written(const std::string& json) {
+    return Json::FastWriter().write(ParseJson(json));
+}
 
 }  // namespace support
 

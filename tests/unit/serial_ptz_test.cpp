@@ -15,14 +15,19 @@ using support::ParseJson;
 
 namespace {
 
-Request Channel(int channel, int mode = PROTOFIX_MODE_RECORD) { return Request{mode, 0, channel, nullptr}; }
+Request Channel(int channel, int mode = PROTOFIX_MODE_RECORD) {
+    return Request{mode, 0, channel, nullptr};
+}
 
-const std::string kCommSeed = R"({"nProtocolNum":2,"szProtocolName":["ProtoD","ProtoP","Hidden"],"nPortNum":1,
+const std::string kCommSeed =
+    R"({"nProtocolNum":2,"szProtocolName":["ProtoD","ProtoP","Hidden"],"nPortNum":1,
     "stAttr":[{"byDataBits":1,"byStopBits":1,"byParity":1,"byBaudRate":1,"byProtocol":2}]})";
 
 TEST(Comm, PacketPorts) {
     const std::string full(16, 'p');
-    struct Case { std::string record, table; };
+    struct Case {
+        std::string record, table;
+    };
     const Case cases[] = {
         {R"({"nProtocolNum":2,"szProtocolName":["ProtoD","ProtoP"],"nPortNum":3,"stAttr":[
              {"byDataBits":3,"byStopBits":0,"byParity":0,"byBaudRate":5,"byProtocol":1},
@@ -32,7 +37,8 @@ TEST(Comm, PacketPorts) {
          R"([{"Attribute":[9600,8,"None","1"],"ProtocolName":"ProtoP"},
              {"Attribute":[115200,5,"None"],"ProtocolName":"ProtoD"},
              {"Attribute":[300,7,"Space","2"],"ProtocolName":""}])"},
-        {R"({"nPortNum":1,"szProtocolName":[")" + full + R"("],"stAttr":[{"byStopBits":1,"byParity":3,"byBaudRate":9}]})",
+        {R"({"nPortNum":1,"szProtocolName":[")" + full +
+             R"("],"stAttr":[{"byStopBits":1,"byParity":3,"byBaudRate":9}]})",
          R"([{"Attribute":[115200,5,"Mark","1.5"],"ProtocolName":")" + full + R"("}])"},
         // A protocol index past the ten names of the list.
         {R"({"nPortNum":1,"stAttr":[{"byParity":2,"byBaudRate":8,"byProtocol":200}]})",
@@ -52,7 +58,10 @@ TEST(Comm, PacketPorts) {
 }
 
 TEST(Comm, ParseAttributesAndProtocol) {
-    struct Case { const char* port; const char* changes; };
+    struct Case {
+        const char* port;
+        const char* changes;
+    };
     const Case cases[] = {
         {R"({"Attribute":[14400,8,"Odd","1.5"]})",
          R"({"byBaudRate":9,"byDataBits":3,"byParity":1,"byStopBits":1})"},
@@ -69,27 +78,31 @@ TEST(Comm, ParseAttributesAndProtocol) {
     for (const Case& c : cases) {
         auto record = Record("KZDEV_COMM_CFG", kCommSeed);
         EXPECT_EQ(Parse("Comm", std::string("[") + c.port + "]", record), 1) << c.port;
-        EXPECT_EQ(View("KZDEV_COMM_CFG", record),
-                  Expected("KZDEV_COMM_CFG", kCommSeed, std::string(R"({"stAttr":[)") + c.changes + "]}"))
+        EXPECT_EQ(
+            View("KZDEV_COMM_CFG", record),
+            Expected("KZDEV_COMM_CFG", kCommSeed, std::string(R"({"stAttr":[)") + c.changes + "]}"))
             << c.port;
     }
     for (const char* table : {"{}", R"({"0":{"ProtocolName":"ProtoP"}})", "null", "5"}) {
         auto record = Record("KZDEV_COMM_CFG", kCommSeed);
         EXPECT_EQ(Parse("Comm", table, record), 1) << table;
-        EXPECT_EQ(View("KZDEV_COMM_CFG", record), Expected("KZDEV_COMM_CFG", kCommSeed, "{}")) << table;
+        EXPECT_EQ(View("KZDEV_COMM_CFG", record), Expected("KZDEV_COMM_CFG", kCommSeed, "{}"))
+            << table;
     }
 }
 
 TEST(Comm, ParseTakesNoMorePortsThanTheRecordHolds) {
     // A count past the list's capacity compares the ten names only, and 20 ports change 16.
     std::string table = "[";
-    for (int i = 0; i < 20; ++i) table += std::string(i ? "," : "") + R"({"Attribute":[2400,6],"ProtocolName":"x"})";
+    for (int i = 0; i < 20; ++i)
+        table += std::string(i ? "," : "") + R"({"Attribute":[2400,6],"ProtocolName":"x"})";
     table += "]";
     const std::string seed = R"({"nProtocolNum":1000,"nPortNum":3})";
     auto record = Record("KZDEV_COMM_CFG", seed);
     EXPECT_EQ(Parse("Comm", table, record), 1);
     std::string changes = R"({"stAttr":[)";
-    for (int i = 0; i < 16; ++i) changes += std::string(i ? "," : "") + R"({"byBaudRate":3,"byDataBits":1})";
+    for (int i = 0; i < 16; ++i)
+        changes += std::string(i ? "," : "") + R"({"byBaudRate":3,"byDataBits":1})";
     EXPECT_EQ(View("KZDEV_COMM_CFG", record), Expected("KZDEV_COMM_CFG", seed, changes + "]}"));
 }
 
@@ -110,9 +123,15 @@ TEST(Ptz, RecordModeByChannel) {
         EXPECT_TRUE(refused.table().isNull()) << channel;
     }
 
-    struct Case { const char* table; int channel; int result; const char* changes; };
+    struct Case {
+        const char* table;
+        int channel;
+        int result;
+        const char* changes;
+    };
     const Case cases[] = {
-        {R"({"Address":300,"NumberInMatrixs":7,"Attribute":[1200,6,"Mark","1"],"ProtocolName":"protop"})", 1, 1,
+        {R"({"Address":300,"NumberInMatrixs":7,"Attribute":[1200,6,"Mark","1"],"ProtocolName":"protop"})",
+         1, 1,
          R"({"stAttr":[{},{"byAddress":44,"byNumberInMatrix":7,"byBaudRate":2,"byDataBits":1,"byParity":3,
              "byStopBits":0,"byProtocol":1}]})"},
         {R"({"Address":5})", 16, -1, "{}"},
@@ -124,19 +143,27 @@ TEST(Ptz, RecordModeByChannel) {
     for (const Case& c : cases) {
         auto record = Record("KZDEV_PTZ_CFG", kPtzSeed);
         EXPECT_EQ(Parse("Ptz", c.table, record, Channel(c.channel)), c.result) << c.table;
-        EXPECT_EQ(View("KZDEV_PTZ_CFG", record), Expected("KZDEV_PTZ_CFG", kPtzSeed, c.changes)) << c.table;
+        EXPECT_EQ(View("KZDEV_PTZ_CFG", record), Expected("KZDEV_PTZ_CFG", kPtzSeed, c.changes))
+            << c.table;
     }
 }
 
 TEST(Ptz, TextModePacket) {
-    struct Case { const char* f5; int channel; bool result; const char* table; };
+    struct Case {
+        const char* f5;
+        int channel;
+        bool result;
+        const char* table;
+    };
     const Case cases[] = {
         {R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":1,"Address":7,"MartixID":2,"BaudBase":5,
-             "DataBits":3,"StopBits":1,"Parity":2},"Other":1})", 40, true,
+             "DataBits":3,"StopBits":1,"Parity":2},"Other":1})",
+         40, true,
          R"({"ProtocolName":"ProtoP","Address":7,"NumberInMatrixs":2,"Attribute":[9600,8,"Even","1.5"]})"},
         {R"({"Ptz":{"BaudBase":12,"StopBits":5,"Parity":9}})", 0, true,
          R"({"Attribute":[115200,null,"None"]})"},
-        {R"({"Ptz":{"DecProName":"ProtoD","ProName":0,"DataBits":0}})", 0, true, R"({"Attribute":[null,5]})"},
+        {R"({"Ptz":{"DecProName":"ProtoD","ProName":0,"DataBits":0}})", 0, true,
+         R"({"Attribute":[null,5]})"},
         {R"({"Ptz":{"DecProName":["ProtoD"],"ProName":4}})", 0, true, R"({"ProtocolName":null})"},
         {R"({"Ptz":{"Address":7}})", -1, true, "null"},
         {R"({"Other":{}})", 0, true, "null"},
@@ -157,15 +184,22 @@ struct Buffer {
         std::memcpy(bytes.data(), text.data(), std::min(text.size(), capacity));
     }
     int Merge(const std::string& table, int channel) {
-        return Parse("Ptz", table, bytes.data(), static_cast<int>(bytes.size()), Channel(channel, PROTOFIX_MODE_TEXT));
+        return Parse("Ptz", table, bytes.data(), static_cast<int>(bytes.size()),
+                     Channel(channel, PROTOFIX_MODE_TEXT));
     }
-    std::string Text() const { return std::string(bytes.data(), strnlen(bytes.data(), bytes.size())); }
+    std::string Text() const {
+        return std::string(bytes.data(), strnlen(bytes.data(), bytes.size()));
+    }
 };
 
 TEST(Ptz, TextModeMerge) {
-    const std::string f5 = R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":1,"Address":1,"MartixID":0,
+    const std::string f5 =
+        R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":1,"Address":1,"MartixID":0,
         "BaudBase":5,"DataBits":3,"StopBits":0,"Parity":0},"Other":[1]})";
-    struct Case { const char* table; const char* document; };
+    struct Case {
+        const char* table;
+        const char* document;
+    };
     const Case cases[] = {
         {R"({"Address":9,"NumberInMatrixs":4,"Attribute":[19200,7,"Mark","2"],"ProtocolName":"protod"})",
          R"({"Ptz":{"DecProName":["ProtoD","ProtoP"],"ProName":0,"Address":9,"MartixID":4,"BaudBase":6,
@@ -194,7 +228,12 @@ TEST(Ptz, TextModeMerge) {
 
 TEST(Ptz, TextModeMergeRefusals) {
     const std::string f5 = R"({"Ptz":{"Address":1}})";
-    struct Case { std::string text; std::size_t capacity; const char* table; int channel; };
+    struct Case {
+        std::string text;
+        std::size_t capacity;
+        const char* table;
+        int channel;
+    };
     const Case cases[] = {
         {f5, 64, R"({"Address":2})", -1},
         {f5, 64, R"([{"Address":2}])", 0},

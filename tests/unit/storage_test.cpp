@@ -48,18 +48,26 @@ Json::Value UploadSchedule(const char* text) {
 // ---- NAS ----------------------------------------------------------------------------------------
 
 TEST(NasPacket, KeysInTheFirstElement) {
-    struct Case { unsigned char enable, protocol; const char *enableKey, *protocolWord; };
-    const Case cases[] = {{1, 0, "true", "FTP"}, {2, 1, "false", "SMB"}, {0, 2, "false", "NFS"},
-                          {1, 3, "true", "ISCSI"}, {1, 7, "true", "FTP"}};
+    struct Case {
+        unsigned char enable, protocol;
+        const char *enableKey, *protocolWord;
+    };
+    const Case cases[] = {{1, 0, "true", "FTP"},
+                          {2, 1, "false", "SMB"},
+                          {0, 2, "false", "NFS"},
+                          {1, 3, "true", "ISCSI"},
+                          {1, 7, "true", "FTP"}};
     for (const Case& c : cases) {
         auto cfg = Filled();
         cfg->bEnable = c.enable;
         cfg->byProtocol = c.protocol;
         support::FillText(cfg->szAddress, 'a');  // no NUL: read to the width
         cfg->wPort = 65535;
-        const Json::Value expected = ParseJson(std::string(R"([{"Enable":)") + c.enableKey +
+        const Json::Value expected = ParseJson(
+            std::string(R"([{"Enable":)") + c.enableKey +
             R"(,"Address":"aaaaaaaaaaaaaaaa","Port":65535,"Password":"oldpw","UserName":"olduser",)"
-            R"("Directory":"olddir","Protocol":")" + c.protocolWord + R"(","SubDirectory":"oldsub"}])");
+            R"("Directory":"olddir","Protocol":")" +
+            c.protocolWord + R"(","SubDirectory":"oldsub"}])");
         const support::Envelope envelope = Packet("NAS", cfg.get());
         EXPECT_TRUE(envelope.result());
         EXPECT_EQ(envelope.table(), expected) << int(c.protocol);
@@ -81,14 +89,28 @@ TEST(NasParse, ObjectOrFirstElement) {
         e.byProtocol = 3;
         SetText(e.szSubDirectory, "s");
     };
-    struct Case { std::string table; void (*change)(KZDEV_NAS_CFG&); };
+    struct Case {
+        std::string table;
+        void (*change)(KZDEV_NAS_CFG&);
+    };
     const Case cases[] = {
-        {"{" + keys + "}", [](KZDEV_NAS_CFG& e) { e.nFileLength = 300; e.nInterval = -2; }},
+        {"{" + keys + "}",
+         [](KZDEV_NAS_CFG& e) {
+             e.nFileLength = 300;
+             e.nInterval = -2;
+         }},
         {"[{" + keys + "}, 5]", nullptr},
         {R"({"Protocol":"ftp","Enable":null,"Port":null})", nullptr},
         {R"([{"Protocol":"SMB"}])", [](KZDEV_NAS_CFG& e) { e.byProtocol = 1; }},
-        {R"({"Enable":0,"Address":""})", [](KZDEV_NAS_CFG& e) { e.bEnable = 0; SetText(e.szAddress, ""); }},
-        {"[]", nullptr}, {"[5]", nullptr}, {R"("FTP")", nullptr}, {"7", nullptr},
+        {R"({"Enable":0,"Address":""})",
+         [](KZDEV_NAS_CFG& e) {
+             e.bEnable = 0;
+             SetText(e.szAddress, "");
+         }},
+        {"[]", nullptr},
+        {"[5]", nullptr},
+        {R"("FTP")", nullptr},
+        {"7", nullptr},
     };
     for (const Case& c : cases) {
         auto cfg = Filled();
@@ -102,13 +124,16 @@ TEST(NasParse, ObjectOrFirstElement) {
 }
 
 TEST(NasTextPacket, MembersCopiedAsTheyStand) {
-    struct Case { const char *f5, *table; };
+    struct Case {
+        const char *f5, *table;
+    };
     const Case cases[] = {
         {R"({"NAS":{"En":1,"Address":"10.1.1.1","Port":21,"Password":"p","UserName":"u","Directory":"/d",
             "Protocol":3,"FileLen":5,"Interval":9,"SubDirectory":"s"}})",
          R"([{"Enable":1,"Address":"10.1.1.1","Port":21,"Password":"p","UserName":"u","Directory":"/d",
             "Protocol":"ISCSI"}])"},
-        {R"({"NAS":{"En":"yes","Port":"21","Protocol":1}})", R"([{"Enable":"yes","Port":"21","Protocol":"SMB"}])"},
+        {R"({"NAS":{"En":"yes","Port":"21","Protocol":1}})",
+         R"([{"Enable":"yes","Port":"21","Protocol":"SMB"}])"},
         {R"({"NAS":{"Protocol":4,"UserName":null}})", "null"},
         {R"({"NAS":{"Protocol":-1}})", "null"},
         {R"({"NAS":[{"En":1}]})", "null"},
@@ -127,11 +152,13 @@ void ExpectMerges(const char* section, const char* old, const char* table, const
 }
 
 TEST(NasTextParse, MergesIntoTheNasMember) {
-    const char* const old = R"({"NAS":{"En":0,"Port":1,"Protocol":0,"FileLen":1,"ChnTime":[1]},"X":2})";
-    ExpectMerges("NAS", old,
-                 R"({"Enable":true,"Address":"a","Port":8021,"Password":"p","UserName":"u","Directory":"d",
+    const char* const old =
+        R"({"NAS":{"En":0,"Port":1,"Protocol":0,"FileLen":1,"ChnTime":[1]},"X":2})";
+    ExpectMerges(
+        "NAS", old,
+        R"({"Enable":true,"Address":"a","Port":8021,"Password":"p","UserName":"u","Directory":"d",
                      "Protocol":"NFS","SubDirectory":"s","FileLength":10,"Interval":20})",
-                 R"({"NAS":{"En":true,"Address":"a","Port":8021,"Password":"p","UserName":"u","Directory":"d",
+        R"({"NAS":{"En":true,"Address":"a","Port":8021,"Password":"p","UserName":"u","Directory":"d",
                      "Protocol":2,"FileLen":10,"Interval":20,"ChnTime":[1]},"X":2})");
     ExpectMerges("NAS", old, R"([{"Enable":false,"Protocol":"nfs","FileLength":10,"Interval":3}])",
                  R"({"NAS":{"En":false,"Port":1,"Protocol":0,"FileLen":1,"ChnTime":[1]},"X":2})");
@@ -147,10 +174,17 @@ TEST(RemoteStorageLimitPacket, EnableFromTheFlags) {
     auto cfg = Zeroed<KZDEV_NAS_CFG>();
     cfg->nFileLength = 1024;
     cfg->nInterval = -3;
-    struct Case { int c, d, s; unsigned char flag0, flag1, flag2; int enableBefore, enableAfter; const char* text; };
+    struct Case {
+        int c, d, s;
+        unsigned char flag0, flag1, flag2;
+        int enableBefore, enableAfter;
+        const char* text;
+    };
     const Case cases[] = {
-        {0, 0, 0, 0, 1, 0, 0, 1, "1 08:00:00-18:00:00"}, {0, 0, 1, 0, 5, 0, 0, 5, "1 08:00:00-18:00:00"},
-        {1, 6, 1, 1, 0, 0, 0, 1, "1 08:00:00-18:00:00"}, {15, 3, 0, 0, 7, 2, 0, 1, "1 08:00:00-18:00:00"},
+        {0, 0, 0, 0, 1, 0, 0, 1, "1 08:00:00-18:00:00"},
+        {0, 0, 1, 0, 5, 0, 0, 5, "1 08:00:00-18:00:00"},
+        {1, 6, 1, 1, 0, 0, 0, 1, "1 08:00:00-18:00:00"},
+        {15, 3, 0, 0, 7, 2, 0, 1, "1 08:00:00-18:00:00"},
         {2, 2, 0, 0, 0, 0, 9, 0, "0 08:00:00-18:00:00"},
     };
     for (const Case& c : cases) {
@@ -159,7 +193,8 @@ TEST(RemoteStorageLimitPacket, EnableFromTheFlags) {
     }
     auto expected = CopyOf(*cfg);
     Json::Value table(Json::arrayValue);
-    for (int ch = 0; ch < KZ_NAS_CHANNELS; ++ch) table[0]["Channels"][ch]["TimeSchedule"] = UploadSchedule("0 00:00:00-00:00:00");
+    for (int ch = 0; ch < KZ_NAS_CHANNELS; ++ch)
+        table[0]["Channels"][ch]["TimeSchedule"] = UploadSchedule("0 00:00:00-00:00:00");
     table[0]["FileLength"] = 1024;
     table[0]["Interval"] = -3;
     for (const Case& c : cases) {
@@ -174,14 +209,21 @@ TEST(RemoteStorageLimitPacket, EnableFromTheFlags) {
 
 TEST(RemoteStorageLimitParse, SchedulesFlagsAndLimits) {
     std::string twenty = R"([{"FileLength":7,"Interval":8,"Channels":[)";
-    for (int c = 0; c < 20; ++c) twenty += std::string(c ? "," : "") + R"({"TimeSchedule":[["1 01:00:00-02:00:00"]]})";
+    for (int c = 0; c < 20; ++c)
+        twenty += std::string(c ? "," : "") + R"({"TimeSchedule":[["1 01:00:00-02:00:00"]]})";
     twenty += "]}]";
-    struct Case { std::string table; int result; void (*change)(KZDEV_NAS_CFG&); };
+    struct Case {
+        std::string table;
+        int result;
+        void (*change)(KZDEV_NAS_CFG&);
+    };
     const Case cases[] = {
-        {twenty, 1, [](KZDEV_NAS_CFG& e) {
+        {twenty, 1,
+         [](KZDEV_NAS_CFG& e) {
              e.nFileLength = 7;
              e.nInterval = 8;
-             for (auto& channel : e.stChnTime) channel[0][0] = {{4, 1, 0, 0, 2, 0, 0}, 1, 0, 0, {7}};
+             for (auto& channel : e.stChnTime)
+                 channel[0][0] = {{4, 1, 0, 0, 2, 0, 0}, 1, 0, 0, {7}};
          }},
         // Null channels are skipped; a mask of 0 clears every flag; a text that does not scan
         // still sets the flags from the enable word it leaves.
@@ -190,7 +232,8 @@ TEST(RemoteStorageLimitParse, SchedulesFlagsAndLimits) {
              e.stChnTime[1][0][1] = {{0, 3, 0, 0, 4, 0, 0}, 0, 0, 0, {7}};
              e.stChnTime[1][1][0] = {{9, 1, 2, 3, 4, 5, 6}, 1, 0, 0, {7}};
          }},
-        {R"([{"Channels":{"0":{"TimeSchedule":[["1 01:00:00-02:00:00"]]}},"FileLength":null}])", 1, nullptr},
+        {R"([{"Channels":{"0":{"TimeSchedule":[["1 01:00:00-02:00:00"]]}},"FileLength":null}])", 1,
+         nullptr},
         {"[]", 1, nullptr},
         {R"({"Channels":[],"FileLength":7})", -1, nullptr},
         {R"("x")", -1, nullptr},
@@ -222,9 +265,12 @@ TEST(RemoteStorageLimitTextPacket, DayObjectsToSchedules) {
     EXPECT_TRUE(envelope.result());
     EXPECT_EQ(envelope.table(), table);
 
-    EXPECT_EQ(Packet("RemoteStorageLimit", R"({"NAS":{"Interval":4,"ChnTime":{"0":[]}}})", PROTOFIX_MODE_TEXT).table(),
+    EXPECT_EQ(Packet("RemoteStorageLimit", R"({"NAS":{"Interval":4,"ChnTime":{"0":[]}}})",
+                     PROTOFIX_MODE_TEXT)
+                  .table(),
               ParseJson(R"([{"Interval":4}])"));
-    EXPECT_EQ(Packet("RemoteStorageLimit", R"({"NAS":{}})", PROTOFIX_MODE_TEXT).table(), Json::Value());
+    EXPECT_EQ(Packet("RemoteStorageLimit", R"({"NAS":{}})", PROTOFIX_MODE_TEXT).table(),
+              Json::Value());
 }
 
 // The flag is written as the table gives it (no record-type mask); a text that does not scan
@@ -233,33 +279,41 @@ TEST(RemoteStorageLimitTextParse, SchedulesToDayObjects) {
     Json::Value merged = ParseJson(R"({"NAS":{"FileLen":300,"Interval":45,"ChnTime":[[]]},"Y":0})");
     Json::Value& days = merged["NAS"]["ChnTime"][0];
     for (int d = 0; d < KZ_WEEK_DAYS; ++d)
-        days[d] = ParseJson(R"({"En0":2,"Time0":"01:00:00-02:00:00","En1":2,"Time1":"01:00:00-02:00:00"})");
-    days[0] = ParseJson(R"({"En0":1,"Time0":"08:00:00-18:00:00","En1":1,"Time1":"08:00:00-18:00:00","X":1})");
+        days[d] = ParseJson(
+            R"({"En0":2,"Time0":"01:00:00-02:00:00","En1":2,"Time1":"01:00:00-02:00:00"})");
+    days[0] = ParseJson(
+        R"({"En0":1,"Time0":"08:00:00-18:00:00","En1":1,"Time1":"08:00:00-18:00:00","X":1})");
     days[1]["En0"] = 1;
     days[1]["Time0"] = "08:00:00-18:00:00";
-    ExpectMerges("RemoteStorageLimit",
-                 R"({"NAS":{"ChnTime":[[{"En0":0,"Time0":"00:00:00-00:00:00","X":1}]],"FileLen":1},"Y":0})",
-                 R"([{"Channels":[{"TimeSchedule":[["1 08:00:00-18:00:00","bad"],[5,"2 01:00:00-02:00:00"]]}],
+    ExpectMerges(
+        "RemoteStorageLimit",
+        R"({"NAS":{"ChnTime":[[{"En0":0,"Time0":"00:00:00-00:00:00","X":1}]],"FileLen":1},"Y":0})",
+        R"([{"Channels":[{"TimeSchedule":[["1 08:00:00-18:00:00","bad"],[5,"2 01:00:00-02:00:00"]]}],
                      "FileLength":300,"Interval":45}])",
-                 Json::FastWriter().write(merged).c_str());
-    ExpectMerges("RemoteStorageLimit", R"({"NAS":{"FileLen":1}})", R"({"Channels":[{}],"FileLength":2})",
-                 R"({"NAS":{"FileLen":1}})");
+        Json::FastWriter().write(merged).c_str());
+    ExpectMerges("RemoteStorageLimit", R"({"NAS":{"FileLen":1}})",
+                 R"({"Channels":[{}],"FileLength":2})", R"({"NAS":{"FileLen":1}})");
     ExpectMerges("RemoteStorageLimit", R"({"NAS":{"ChnTime":"none"}})",
-                 R"([{"Channels":[{"TimeSchedule":[["1 01:00:00-02:00:00"]]}]}])", R"({"NAS":{"ChnTime":"none"}})");
+                 R"([{"Channels":[{"TimeSchedule":[["1 01:00:00-02:00:00"]]}]}])",
+                 R"({"NAS":{"ChnTime":"none"}})");
 }
 
 // ---- StorageGroup and StorageGlobal -----------------------------------------------------------
 
 TEST(StorageGroup, OverWriteFlag) {
-    for (const auto& [value, word] : {std::pair<unsigned char, const char*>{1, "true"}, {2, "false"}, {0, "false"}}) {
+    for (const auto& [value, word] :
+         {std::pair<unsigned char, const char*>{1, "true"}, {2, "false"}, {0, "false"}}) {
         auto cfg = Zeroed<KZDEV_STORAGEGROUP_CFG>();
         cfg->byOverWrite = value;
         EXPECT_EQ(Packet("StorageGroup", cfg.get()).table(),
                   ParseJson(std::string(R"([{"Name":"ReadWrite","OverWrite":)") + word + "}]"));
     }
-    struct Case { const char* table; unsigned char overWrite; };
-    const Case cases[] = {{R"({"OverWrite":true})", 1}, {R"([{"OverWrite":false}])", 0},
-                          {R"({"OverWrite":1})", 5},    {R"({"OverWrite":"true"})", 5},
+    struct Case {
+        const char* table;
+        unsigned char overWrite;
+    };
+    const Case cases[] = {{R"({"OverWrite":true})", 1},     {R"([{"OverWrite":false}])", 0},
+                          {R"({"OverWrite":1})", 5},        {R"({"OverWrite":"true"})", 5},
                           {R"([[{"OverWrite":true}]])", 5}, {"true", 5}};
     for (const Case& c : cases) {
         auto cfg = Zeroed<KZDEV_STORAGEGROUP_CFG>();
@@ -280,9 +334,14 @@ TEST(StorageGlobal, FileHoldTimeOnly) {
     cfg->byAutoRebootHour = 4;
     cfg->byFileHoldTime = 250;
     EXPECT_EQ(Packet("StorageGlobal", cfg.get()).table(), ParseJson(R"({"FileHoldTime":250})"));
-    struct Case { const char* table; unsigned char hold; };
-    const Case cases[] = {{R"({"FileHoldTime":300})", 44}, {R"({"FileHoldTime":-1})", 255},
-                          {R"({"FileHoldTime":null,"AutoRebootDay":"Never"})", 250}, {"[30]", 250}};
+    struct Case {
+        const char* table;
+        unsigned char hold;
+    };
+    const Case cases[] = {{R"({"FileHoldTime":300})", 44},
+                          {R"({"FileHoldTime":-1})", 255},
+                          {R"({"FileHoldTime":null,"AutoRebootDay":"Never"})", 250},
+                          {"[30]", 250}};
     for (const Case& c : cases) {
         auto record = CopyOf(*cfg);
         auto expected = CopyOf(*cfg);
@@ -295,7 +354,8 @@ TEST(StorageGlobal, FileHoldTimeOnly) {
 // Record mode only for the last two; the null record is refused in every mode a section accepts.
 TEST(StorageSections, RefusedRequests) {
     auto nas = Zeroed<KZDEV_NAS_CFG>();  // the largest of the records
-    for (const char* section : {"Record", "RecordSource", "NAS", "RemoteStorageLimit", "StorageGroup", "StorageGlobal"}) {
+    for (const char* section :
+         {"Record", "RecordSource", "NAS", "RemoteStorageLimit", "StorageGroup", "StorageGlobal"}) {
         EXPECT_FALSE(Packet(section, nullptr).result()) << section;
         EXPECT_FALSE(Packet(section, nas.get(), 2).result()) << section;
         EXPECT_EQ(Parse(section, "[{}]", nullptr, 0), -1) << section;

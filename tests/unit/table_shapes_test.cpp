@@ -64,8 +64,8 @@ Outcome MergeText(const char* section, const std::string& f5, const std::string&
     const std::string text = Json::FastWriter().write(ParseJson(f5));
     std::vector<unsigned char> buffer(text.size() + 1024, 0);
     std::memcpy(buffer.data(), text.data(), text.size());
-    const int result = support::Parse(section, table, buffer.data(), static_cast<int>(buffer.size()),
-                                      PROTOFIX_MODE_TEXT);
+    const int result = support::Parse(section, table, buffer.data(),
+                                      static_cast<int>(buffer.size()), PROTOFIX_MODE_TEXT);
     return {result, buffer};
 }
 
@@ -95,7 +95,8 @@ TEST(TableShapes, WrongShapesReadAsAbsent) {
         {"Network", 0, R"({"bond0":@,"eth0":{}})", 1, Expect::Unchanged},
         {"Network_DNS", 0, "@", 1, Expect::Unchanged},
         {"Network_DNS", 0, R"({"eth0":@})", 1, Expect::Unchanged},
-        {"Network_DNS", 0, R"({"DefaultInterface":"lan","lan":{"DnsServers":@}})", 1, Expect::Unchanged},
+        {"Network_DNS", 0, R"({"DefaultInterface":"lan","lan":{"DnsServers":@}})", 1,
+         Expect::Unchanged},
         {"RTSP", 0, "@", -1, Expect::Unchanged},
         {"Web", 0, "@", 1, Expect::Unchanged},
         {"Multicast", 0, "@", 1, Expect::Unchanged},
@@ -112,7 +113,8 @@ TEST(TableShapes, WrongShapesReadAsAbsent) {
         {"NetAbort", 0, R"({"EventHandler":@})", 1, Expect::Unchanged},
         {"MotionDetect", 0, R"({"EventHandler":@})", 1, Expect::Unchanged},
         {"Alarm", 0, R"({"EventHandler":{"TimeSection":@}})", 1, Expect::AsAbsent},
-        {"Alarm", 0, R"({"EventHandler":{"TimeSection":[@,["1 00:00:00-23:59:59"]]}})", 1, Expect::AsAbsent},
+        {"Alarm", 0, R"({"EventHandler":{"TimeSection":[@,["1 00:00:00-23:59:59"]]}})", 1,
+         Expect::AsAbsent},
         {"Alarm", 0, R"({"EventHandler":{"MailDetail":@}})", 1, Expect::AsAbsent},
         {"Alarm", 0, R"({"EventHandler":{"MonitorTour":[@]}})", 1, Expect::AsAbsent},
         {"Alarm", 0, R"({"EventHandler":{"PtzLink":@}})", 1, Expect::AsAbsent},
@@ -140,7 +142,8 @@ TEST(TableShapes, WrongShapesReadAsAbsent) {
             Outcome outcome;
             ASSERT_NO_THROW(outcome = run(value));
             EXPECT_EQ(outcome.result, c.result);
-            EXPECT_EQ(outcome.bytes, c.expect == Expect::Unchanged ? untouched.bytes : absent.bytes);
+            EXPECT_EQ(outcome.bytes,
+                      c.expect == Expect::Unchanged ? untouched.bytes : absent.bytes);
         }
         for (const char* value : kEmptyShapes) {
             EXPECT_NO_THROW(run(value)) << Substitute(c.table, value);
@@ -172,7 +175,8 @@ TEST(TableShapes, F5TextOfTheWrongShape) {
             EXPECT_EQ(outcome.result, 1);
             EXPECT_EQ(std::string(reinterpret_cast<const char*>(outcome.bytes.data())), written);
 
-            const support::Envelope envelope = support::Packet("Alarm", f5.c_str(), PROTOFIX_MODE_TEXT);
+            const support::Envelope envelope =
+                support::Packet("Alarm", f5.c_str(), PROTOFIX_MODE_TEXT);
             EXPECT_TRUE(envelope.result());
             EXPECT_FALSE(envelope.table().isMember("EventHandler"));
         }
@@ -203,7 +207,8 @@ TEST(TableShapes, NestingPastTheParsersLimitDoesNotParse) {
     EXPECT_NO_THROW(result = buffer.Merge("Alarm", R"({"Enable":true})"));
     EXPECT_EQ(result, -1);
     EXPECT_EQ(buffer.bytes, before);
-    EXPECT_FALSE(support::Packet("Alarm", (R"({"Alarm":)" + deep + "}").c_str(), PROTOFIX_MODE_TEXT).result());
+    EXPECT_FALSE(support::Packet("Alarm", (R"({"Alarm":)" + deep + "}").c_str(), PROTOFIX_MODE_TEXT)
+                     .result());
 }
 
 }  // namespace

@@ -34,13 +34,18 @@ std::vector<unsigned char> Row(const KZDEV_MOTION_DETECT_CFG& cfg, int r) {
 // column 31 makes the int negative; cells past the counts are not read, and the rows past the
 // record's 32 do not exist.
 TEST(MotionRecordPacket, GridRowsAsMasks) {
-    struct Case { unsigned short rows, cols; const char* region; };
+    struct Case {
+        unsigned short rows, cols;
+        const char* region;
+    };
     const Case cases[] = {
         {2, 32, "[-2147483627, 7]"},  // 0x80000015
         {2, 4, "[5, 7]"},
         {1, 1, "[1]"},
         {0, 32, "null"},
-        {40, 1, "[1, 3, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0]"},  // the 32 rows held
+        {40, 1,
+         "[1, 3, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "
+         "0, 0, 0]"},  // the 32 rows held
     };
     for (const Case& c : cases) {
         auto cfg = Zeroed<KZDEV_MOTION_DETECT_CFG>();
@@ -56,7 +61,8 @@ TEST(MotionRecordPacket, GridRowsAsMasks) {
         expected["Row"] = c.rows;
         expected["Col"] = c.cols;
         if (c.rows != 0) expected["Region"] = ParseJson(c.region);
-        EXPECT_EQ(OwnKeys(Packet("MotionDetect", cfg.get()).table()), expected) << c.rows << "x" << c.cols;
+        EXPECT_EQ(OwnKeys(Packet("MotionDetect", cfg.get()).table()), expected)
+            << c.rows << "x" << c.cols;
     }
 }
 
@@ -81,7 +87,11 @@ TEST(DetectionRecordPacket, LevelAndScheduleBySection) {
 
 // "Row" and "Col" keep 16 bits and then at most 32; "Level" keeps 16 bits (motion) or 8 (blind).
 TEST(DetectionRecordParse, CountsAndLevels) {
-    struct Case { const char* table; unsigned short rows, cols, level; unsigned char blindLevel; };
+    struct Case {
+        const char* table;
+        unsigned short rows, cols, level;
+        unsigned char blindLevel;
+    };
     const Case cases[] = {
         {R"({"Col":40,"Row":5,"Level":70000})", 5, 32, 4464, 112},
         {R"({"Col":-1,"Row":65538,"Level":300})", 2, 32, 300, 44},
@@ -111,7 +121,10 @@ TEST(MotionRecordParse, MasksToCells) {
         for (int c : set) row[c] = 1;
         return row;
     };
-    struct Case { const char* table; std::vector<unsigned char> row0, row1, row2; };
+    struct Case {
+        const char* table;
+        std::vector<unsigned char> row0, row1, row2;
+    };
     const Case cases[] = {
         {R"({"Row":2,"Col":4,"Region":[5]})", Cells({0, 2}, 4), Cells({}, 4), kept},
         {R"({"Row":3,"Col":32,"Region":[-2147483648, 4294967295, 255]})", Cells({31}, 32),
@@ -149,7 +162,10 @@ TEST(DetectionRecordParse, ScheduleAndLinkage) {
     EXPECT_EQ(cfg->handler.recordChannels[3], 1);
     EXPECT_EQ(cfg->handler.recordChannels[0], 0);
 
-    ASSERT_EQ(Parse("LossDetect", R"({"EventHandler":{"TimeSection":[[5, "1 06:00:00-07:00:00"], "x"]}})", cfg.get()), 1);
+    ASSERT_EQ(
+        Parse("LossDetect", R"({"EventHandler":{"TimeSection":[[5, "1 06:00:00-07:00:00"], "x"]}})",
+              cfg.get()),
+        1);
     EXPECT_TRUE(SameBytes(cfg->timeSections[0][0], before->timeSections[0][0]));
     EXPECT_TRUE(SameBytes(cfg->timeSections[0][1], tagKZ_TSECT{1, 6, 0, 0, 7, 0, 0}));
     EXPECT_TRUE(SameBytes(cfg->timeSections[1][0], before->timeSections[1][0]));
@@ -162,10 +178,13 @@ TEST(DetectionRecordParse, ScheduleAndLinkage) {
 TEST(MotionTextPacket, RowTextsToMasks) {
     const std::string f5 = R"({"MotionDetect":{"En":1,"Level":3,"Col":4,"Row":2,"Region":[
         {"En":"0011"},{"En":"1000"},{"En":""},{"En":5},{},7,{"En":"0011x"},
-        {"En":"1)" + std::string(31, '0') + R"("},{"En":"1)" + std::string(39, '0') + R"("}]},
+        {"En":"1)" + std::string(31, '0') +
+                           R"("},{"En":"1)" + std::string(39, '0') + R"("}]},
         "BlindDetect":{"En":0,"Level":9,"Col":4},"LossDetect":{"En":1,"Level":9}})";
-    EXPECT_EQ(TableOfF5("MotionDetect", f5),
-              ParseJson(R"({"Enable":true,"Level":3,"Col":4,"Row":2,"Region":[3,8,0,0,0,0,6,-2147483648,0]})"));
+    EXPECT_EQ(
+        TableOfF5("MotionDetect", f5),
+        ParseJson(
+            R"({"Enable":true,"Level":3,"Col":4,"Row":2,"Region":[3,8,0,0,0,0,6,-2147483648,0]})"));
     EXPECT_EQ(TableOfF5("BlindDetect", f5), ParseJson(R"({"Enable":false,"Level":9})"));
     EXPECT_EQ(TableOfF5("LossDetect", f5), ParseJson(R"({"Enable":true})"));
     for (const char* region : {"[]", "{}", "null", "\"1\""}) {
@@ -173,7 +192,9 @@ TEST(MotionTextPacket, RowTextsToMasks) {
         EXPECT_EQ(TableOfF5("MotionDetect", text), Json::Value()) << region;  // nothing written
     }
     const Json::Value handler =
-        TableOfF5("BlindDetect", R"({"BlindDetect":{"EventHandler":{"TourEn":1,"Tour":[{"En":0},{"En":1}]}}})")["EventHandler"];
+        TableOfF5("BlindDetect",
+                  R"({"BlindDetect":{"EventHandler":{"TourEn":1,"Tour":[{"En":0},{"En":1}]}}})")
+            ["EventHandler"];
     EXPECT_EQ(handler["MonitorTour"], ParseJson(R"([{"Enable":true,"Channels":[1]}])"));
 }
 
@@ -181,18 +202,25 @@ TEST(MotionTextPacket, RowTextsToMasks) {
 // last; rows of the text that the table does not reach keep their text.
 TEST(MotionTextParse, MasksToRowTexts) {
     const std::string zeros31(31, '0');
-    struct Case { const char* table; std::string region; };
+    struct Case {
+        const char* table;
+        std::string region;
+    };
     const Case cases[] = {
         {R"({"Col":4,"Region":[3,5]})", R"([{"En":"0011"},{"En":"0101"},{"En":"x"}])"},
         {R"({"Col":0,"Region":[1]})", R"([{"En":")" + zeros31 + R"(1"},{"En":"1"},{"En":"x"}])"},
         {R"({"Region":[-2147483648]})", R"([{"En":"1)" + zeros31 + R"("},{"En":"1"},{"En":"x"}])"},
-        {R"({"Col":-3,"Region":[4294967295]})", R"([{"En":")" + std::string(32, '1') + R"("},{"En":"1"},{"En":"x"}])"},
-        {R"({"Col":40,"Region":[-1]})", R"([{"En":")" + std::string(8, '0') + std::string(32, '1') + R"("},{"En":"1"},{"En":"x"}])"},
-        {R"({"Col":2,"Region":[null,7,1,1]})", R"([{"En":"00"},{"En":"11"},{"En":"01"},{"En":"01"}])"},
+        {R"({"Col":-3,"Region":[4294967295]})",
+         R"([{"En":")" + std::string(32, '1') + R"("},{"En":"1"},{"En":"x"}])"},
+        {R"({"Col":40,"Region":[-1]})", R"([{"En":")" + std::string(8, '0') + std::string(32, '1') +
+                                            R"("},{"En":"1"},{"En":"x"}])"},
+        {R"({"Col":2,"Region":[null,7,1,1]})",
+         R"([{"En":"00"},{"En":"11"},{"En":"01"},{"En":"01"}])"},
         {R"({"Col":2,"Region":{"0":1}})", R"([{"En":"1111"},{"En":"1"},{"En":"x"}])"},
     };
     for (const Case& c : cases) {
-        F5Buffer buffer(R"({"MotionDetect":{"En":0,"Region":[{"En":"1111"},{"En":"1"},{"En":"x"}]},"X":1})");
+        F5Buffer buffer(
+            R"({"MotionDetect":{"En":0,"Region":[{"En":"1111"},{"En":"1"},{"En":"x"}]},"X":1})");
         ASSERT_EQ(buffer.Merge("MotionDetect", c.table), 1) << c.table;
         const Json::Value document = buffer.Document();
         const Json::Value table = ParseJson(c.table);
@@ -202,18 +230,28 @@ TEST(MotionTextParse, MasksToRowTexts) {
     }
     // A text without the member gets it, with its list of rows.
     F5Buffer empty("{}");
-    ASSERT_EQ(empty.Merge("MotionDetect", R"({"Enable":true,"Level":2,"Row":1,"Col":3,"Region":[6]})"), 1);
-    EXPECT_EQ(empty.Document(), ParseJson(R"({"MotionDetect":{"En":1,"Level":2,"Row":1,"Col":3,"Region":[{"En":"110"}]}})"));
+    ASSERT_EQ(
+        empty.Merge("MotionDetect", R"({"Enable":true,"Level":2,"Row":1,"Col":3,"Region":[6]})"),
+        1);
+    EXPECT_EQ(
+        empty.Document(),
+        ParseJson(
+            R"({"MotionDetect":{"En":1,"Level":2,"Row":1,"Col":3,"Region":[{"En":"110"}]}})"));
 }
 
 // A row text as wide as the buffer can never be written back: refused with the buffer as it was
 // (a "Col" in the billions included). A row that has nowhere to go writes nothing.
 TEST(MotionTextParse, RowsWiderThanTheBuffer) {
-    struct Case { const char* old; const char* table; const char* merged; };
+    struct Case {
+        const char* old;
+        const char* table;
+        const char* merged;
+    };
     const Case cases[] = {
         {R"({"MotionDetect":{}})", R"({"Col":200,"Region":[1]})", nullptr},
         {R"({"MotionDetect":{}})", R"({"Col":2000000000,"Region":[1]})", nullptr},
-        {R"({"MotionDetect":{}})", R"({"Col":2000000000,"Region":[]})", R"({"MotionDetect":{"Col":2000000000}})"},
+        {R"({"MotionDetect":{}})", R"({"Col":2000000000,"Region":[]})",
+         R"({"MotionDetect":{"Col":2000000000}})"},
         {R"({"MotionDetect":{"Region":5}})", R"({"Col":2000000000,"Region":[1]})",
          R"({"MotionDetect":{"Col":2000000000,"Region":5}})"},
         {R"({"MotionDetect":{"Region":[3]}})", R"({"Col":2000000000,"Region":[1]})",
@@ -233,7 +271,10 @@ TEST(MotionTextParse, RowsWiderThanTheBuffer) {
 
 TEST(DetectionTextParse, LevelBySection) {
     const char* const table = R"({"Enable":true,"Level":300,"Col":4,"Row":3})";
-    struct Case { const char* section; const char* merged; };
+    struct Case {
+        const char* section;
+        const char* merged;
+    };
     const Case cases[] = {
         {"BlindDetect", R"({"BlindDetect":{"En":1,"Level":300}})"},
         {"LossDetect", R"({"LossDetect":{"En":1}})"},

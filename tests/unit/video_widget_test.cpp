@@ -49,13 +49,17 @@ TEST(VideoWidget, PacketTakesTheEncodeMember) {
 // The table of a text, merged into the same text, gives the text back as the writer writes it.
 TEST(VideoWidget, RoundTripLeavesTheText) {
     const Json::Value table = Packet("VideoWidget", kF5, PROTOFIX_MODE_TEXT).table();
-    const overlay_support::Merged merged = MergeF5("VideoWidget", kF5, Json::FastWriter().write(table));
+    const overlay_support::Merged merged =
+        MergeF5("VideoWidget", kF5, Json::FastWriter().write(table));
     EXPECT_EQ(merged.result, 1);
     EXPECT_EQ(merged.text, Written(kF5));
 }
 
 TEST(VideoWidget, PacketEdges) {
-    struct Case { const char* f5; const char* table; };
+    struct Case {
+        const char* f5;
+        const char* table;
+    };
     const Case cases[] = {
         {R"({"Video":{}})", "null"},
         {R"({"Encode":{"ChnTitle":5,"TimeTitle":{}}})", R"({"TimeTitle":{}})"},
@@ -78,7 +82,11 @@ TEST(VideoWidget, PacketEdges) {
 // The merge writes into the objects and lists the text has, never adds one, never makes a list
 // longer; a flag keeps the kind the text gives it.
 TEST(VideoWidget, Merge) {
-    struct Case { const char* f5; const char* table; const char* merged; };
+    struct Case {
+        const char* f5;
+        const char* table;
+        const char* merged;
+    };
     const Case cases[] = {
         {R"({"Encode":{"ChnTitle":{"Show":true},"TimeTitle":{"Show":1}}})",
          R"({"ChannelTitle":{"EncodeBlend":false},"TimeTitle":{"EncodeBlend":false}})",
@@ -92,7 +100,8 @@ TEST(VideoWidget, Merge) {
         {R"({"Encode":{"ChnTitle":{"Rect":{"Left":1}}}})", R"({"ChannelTitle":{"Rect":[7,7,7]}})",
          R"({"Encode":{"ChnTitle":{"Rect":{"Left":1}}}})"},
         // No time title in the text: none is made.
-        {R"({"Encode":{}})", R"({"TimeTitle":{"EncodeBlend":true},"Covers":[{"EncodeBlend":true}]})",
+        {R"({"Encode":{}})",
+         R"({"TimeTitle":{"EncodeBlend":true},"Covers":[{"EncodeBlend":true}]})",
          R"({"Encode":{}})"},
         {R"({"Other":1})", R"({"ChannelTitle":{"EncodeBlend":true}})", R"({"Other":1})"},
         // Lists: the shorter of the two; elements of another kind are skipped.

@@ -64,7 +64,8 @@ void WriteFields(const Descriptor& descriptor, std::ostream& out) {
 }
 
 // The key paths of a table, each once in the order met; array elements show as [].
-void CollectKeys(const Json::Value& value, const std::string& path, std::vector<std::string>& keys) {
+void CollectKeys(const Json::Value& value, const std::string& path,
+                 std::vector<std::string>& keys) {
     if (value.isObject()) {
         for (const std::string& name : value.getMemberNames()) {
             const std::string key = path.empty() ? name : path + "." + name;

@@ -42,15 +42,16 @@ bool ModeRefusal(const Options& options, const Section& section, Failure& failur
     return false;
 }
 
-Failure TableRefused(const std::string& path, const Section& section, const std::string& hint = "") {
+Failure TableRefused(const std::string& path, const Section& section,
+                     const std::string& hint = "") {
     return {kRefused, DisplayName(path) + ": section " + section.name +
                           " refused the table (a key it requires is missing or holds a value it "
-                          "refuses)" + hint};
+                          "refuses)" +
+                          hint};
 }
 
 bool SameIgnoringCase(const std::string& a, const std::string& b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
                return std::tolower(static_cast<unsigned char>(x)) ==
                       std::tolower(static_cast<unsigned char>(y));
            });
@@ -193,8 +194,9 @@ bool ReadTable(const std::string& path, std::string& text, Json::Value& table, F
     if (!ReadJson(path, text, table, failure)) return false;
     if (!IsEnvelope(table)) return true;
     if (table["result"].isBool() && !table["result"].asBool()) {
-        warnings.push_back(DisplayName(path) + ": the envelope's \"result\" is false: its table "
-                                               "is what a refusing section left");
+        warnings.push_back(DisplayName(path) +
+                           ": the envelope's \"result\" is false: its table "
+                           "is what a refusing section left");
     }
     const Json::Value inner = table["params"]["table"];
     table = inner;
@@ -234,8 +236,8 @@ bool ApplyRecord(const Section& section, const std::string& path, bool hexOnly, 
     if (descriptor == nullptr || !ParseJsonText(path, text, view, failure)) return false;
     std::string error;
     if (!protofix::describe::FromJson(*descriptor, view, record.data(), error)) {
-        failure = {kBadInput, DisplayName(path) + ": not a view of " + section.record + ": " +
-                                  OneLine(error)};
+        failure = {kBadInput,
+                   DisplayName(path) + ": not a view of " + section.record + ": " + OneLine(error)};
         return false;
     }
     return true;
@@ -339,7 +341,8 @@ void CollectLeaves(const Json::Value& value, Path& path, std::vector<Path>& leav
 
 // The first value of the table whose absence lets the conversion through: the one of the wrong
 // kind. Empty when no single value is to blame.
-std::optional<Path> Culprit(const Json::Value& table, const std::function<void(const std::string&)>& run) {
+std::optional<Path> Culprit(const Json::Value& table,
+                            const std::function<void(const std::string&)>& run) {
     std::vector<Path> leaves;
     Path path;
     CollectLeaves(table, path, leaves);
@@ -347,8 +350,7 @@ std::optional<Path> Culprit(const Json::Value& table, const std::function<void(c
         try {
             run(Json::FastWriter().write(Without(table, leaf)));
             return leaf;
-        } catch (const Json::Exception&) {
-        }
+        } catch (const Json::Exception&) {}
     }
     return std::nullopt;
 }
@@ -372,8 +374,8 @@ struct Conversion {
 };
 
 // Reads the inputs of deserialize and roundtrip and converts the table once.
-bool Convert(const Options& options, const Section& section, const Request& request,
-             Conversion& c, Failure& failure, Warnings& warnings) {
+bool Convert(const Options& options, const Section& section, const Request& request, Conversion& c,
+             Failure& failure, Warnings& warnings) {
     const bool textMode = !options.f5.empty();
     if (!textMode && section.HasRecord() && !options.hex && ViewOf(section, failure) == nullptr) {
         return false;
@@ -387,10 +389,9 @@ bool Convert(const Options& options, const Section& section, const Request& requ
             options.capacity > 0 ? static_cast<std::size_t>(options.capacity)
                                  : std::max(static_cast<std::size_t>(kDefaultCapacity), needed);
         if (capacity < needed) {
-            failure = {kBadInput, DisplayName(options.f5) + ": the F5 text needs " +
-                                      std::to_string(needed) +
-                                      " bytes with its NUL, more than --capacity " +
-                                      std::to_string(capacity)};
+            failure = {kBadInput,
+                       DisplayName(options.f5) + ": the F5 text needs " + std::to_string(needed) +
+                           " bytes with its NUL, more than --capacity " + std::to_string(capacity)};
             return false;
         }
         if (capacity > static_cast<std::size_t>(INT_MAX)) {
@@ -445,8 +446,7 @@ Failure Refusal(const Options& options, const Section& section, const Request& r
         Json::Value known;
         try {
             known = EnvelopeTable(request.Packet(c.start));
-        } catch (const Json::Exception&) {
-        }
+        } catch (const Json::Exception&) {}
         return TableRefused(options.input, section, KeysHint(c.table, known));
     }
     // In text mode: when the same merge converts with room to spare, the text outgrew the buffer.
@@ -544,7 +544,8 @@ Status View(const Options& options, std::ostream& out, Failure& failure) {
         return failure.status;
     }
     if (!section->HasRecord()) {
-        failure = {kRefused, std::string("section ") + section->name + " has no record (F5 text only)"};
+        failure = {kRefused,
+                   std::string("section ") + section->name + " has no record (F5 text only)"};
         return failure.status;
     }
     if (ViewOf(*section, failure) == nullptr) return failure.status;
@@ -555,7 +556,8 @@ Status View(const Options& options, std::ostream& out, Failure& failure) {
         const bool named = std::any_of(descriptor->fields.begin(), descriptor->fields.end(),
                                        [&](const auto& f) { return f.name == field; });
         if (!named) {
-            failure = {kBadInput, "--without " + field + ": " + section->record + " has no such field"};
+            failure = {kBadInput,
+                       "--without " + field + ": " + section->record + " has no such field"};
             return failure.status;
         }
     }
@@ -612,18 +614,20 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure, Wa
     }
     if (converted) {
         if (textMode && HoldsOnlyNulls(table)) {
-            warnings.push_back(DisplayName(options.f5) + ": the F5 text holds nothing for section " +
-                               section->name + " (every value of the table is null)");
+            warnings.push_back(DisplayName(options.f5) +
+                               ": the F5 text holds nothing for section " + section->name +
+                               " (every value of the table is null)");
         }
-        WarnUnusedOptions(options, *section, request, {"--standard", "--sub-mode", "--current"},
-                          [&](const Request& other) {
-                              try {
-                                  return EnvelopeTable(other.Packet(input)) == table;
-                              } catch (const Json::Exception&) {
-                                  return false;
-                              }
-                          },
-                          warnings);
+        WarnUnusedOptions(
+            options, *section, request, {"--standard", "--sub-mode", "--current"},
+            [&](const Request& other) {
+                try {
+                    return EnvelopeTable(other.Packet(input)) == table;
+                } catch (const Json::Exception&) {
+                    return false;
+                }
+            },
+            warnings);
         return kConverted;
     }
 
@@ -632,8 +636,8 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure, Wa
     } else if (ModeRefusal(options, *section, failure)) {
         // failure says which mode the section does not accept
     } else if (textMode) {
-        failure = {kRefused, DisplayName(options.f5) + ": section " + section->name +
-                                 " refused the F5 text"};
+        failure = {kRefused,
+                   DisplayName(options.f5) + ": section " + section->name + " refused the F5 text"};
     } else {
         failure = {kRefused, DisplayName(options.input) + ": section " + section->name +
                                  " refused the record"};
@@ -641,7 +645,8 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure, Wa
     return failure.status;
 }
 
-Status Deserialize(const Options& options, std::ostream& out, Failure& failure, Warnings& warnings) {
+Status Deserialize(const Options& options, std::ostream& out, Failure& failure,
+                   Warnings& warnings) {
     std::string current;
     std::optional<Request> request;
     const Section* section = nullptr;
@@ -674,8 +679,9 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure, 
         Json::Value before;
         Json::Value after;
         Json::Reader reader;
-        if (reader.parse(c.oldText, before, false) && reader.parse(BufferText(c.bytes), after, false) &&
-            before.isObject() && after.isObject()) {
+        if (reader.parse(c.oldText, before, false) &&
+            reader.parse(BufferText(c.bytes), after, false) && before.isObject() &&
+            after.isObject()) {
             for (const std::string& name : after.getMemberNames()) {
                 if (!before.isMember(name)) {
                     warnings.push_back(DisplayName(options.f5) + ": the F5 text had no \"" + name +
@@ -684,17 +690,17 @@ Status Deserialize(const Options& options, std::ostream& out, Failure& failure, 
             }
         }
     }
-    WarnUnusedOptions(options, *section, *request,
-                      {"--channel", "--id", "--standard", "--sub-mode", "--current"},
-                      [&](const Request& other) {
-                          Bytes bytes = c.start;
-                          try {
-                              return other.Parse(c.tableText, bytes) == c.result && bytes == c.bytes;
-                          } catch (const Json::Exception&) {
-                              return false;
-                          }
-                      },
-                      warnings);
+    WarnUnusedOptions(
+        options, *section, *request, {"--channel", "--id", "--standard", "--sub-mode", "--current"},
+        [&](const Request& other) {
+            Bytes bytes = c.start;
+            try {
+                return other.Parse(c.tableText, bytes) == c.result && bytes == c.bytes;
+            } catch (const Json::Exception&) {
+                return false;
+            }
+        },
+        warnings);
     return kConverted;
 }
 

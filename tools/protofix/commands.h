@@ -23,15 +23,15 @@ struct Options {
     std::string current;                 // --current REPLY: the device's current reply
     int channel = 0;
     unsigned int id = 0;
-    int standard = 0;                    // PROTOFIX_STANDARD_PAL or PROTOFIX_STANDARD_NTSC
+    int standard = 0;  // PROTOFIX_STANDARD_PAL or PROTOFIX_STANDARD_NTSC
     int subMode = 0;
-    int capacity = 0;                    // 0: not given
-    bool hex = false;                    // serialize: RECORD is hex; deserialize: print hex
-    bool pretty = false;                 // indent the JSON printed
-    bool tableOnly = false;              // serialize: print the table, not the whole envelope
-    std::vector<std::string> without;    // view: top-level fields left out of the view
-    bool raw = false;                    // time sections of the view as their seven numbers
-    std::vector<std::string> given;      // the request options given: "--standard", ...
+    int capacity = 0;                  // 0: not given
+    bool hex = false;                  // serialize: RECORD is hex; deserialize: print hex
+    bool pretty = false;               // indent the JSON printed
+    bool tableOnly = false;            // serialize: print the table, not the whole envelope
+    std::vector<std::string> without;  // view: top-level fields left out of the view
+    bool raw = false;                  // time sections of the view as their seven numbers
+    std::vector<std::string> given;    // the request options given: "--standard", ...
 };
 
 // What a command found worth saying besides its output: one line each, printed on standard error

@@ -48,8 +48,9 @@ std::string DisplayName(const std::string& path) {
 bool ReadInput(const std::string& path, std::string& contents, Failure& failure) {
     const bool standardInput = path == kStandardInput;
     if (standardInput && isatty(fileno(stdin)) != 0) {
-        failure = {kBadInput, "<stdin>: standard input is a terminal: give the file as an argument "
-                              "or pipe it in (protofix --help shows the usage)"};
+        failure = {kBadInput,
+                   "<stdin>: standard input is a terminal: give the file as an argument "
+                   "or pipe it in (protofix --help shows the usage)"};
         return false;
     }
     std::FILE* file = standardInput ? stdin : std::fopen(path.c_str(), "rb");
@@ -86,8 +87,9 @@ bool ParseJsonText(const std::string& path, const std::string& text, Json::Value
     try {
         if (reader.parse(text, value, false)) return true;
     } catch (const Json::Exception&) {
-        failure = {kBadInput, DisplayName(path) + ": invalid JSON: nested deeper than the parser "
-                                                  "allows"};
+        failure = {kBadInput, DisplayName(path) +
+                                  ": invalid JSON: nested deeper than the parser "
+                                  "allows"};
         return false;
     }
     const std::vector<Json::Reader::StructuredError> errors = reader.getStructuredErrors();
@@ -104,7 +106,8 @@ bool ParseJsonText(const std::string& path, const std::string& text, Json::Value
 bool ParseHexRecord(const std::string& path, const std::string& text, std::size_t size,
                     const char* recordName, std::vector<unsigned char>& bytes, Failure& failure) {
     static constexpr const char* kSpace = " \t\r\n\v\f";
-    const Failure oddDigits{kBadInput, DisplayName(path) + ": hex record: an odd number of hex digits"};
+    const Failure oddDigits{kBadInput,
+                            DisplayName(path) + ": hex record: an odd number of hex digits"};
     bytes.clear();
     int high = -1;  // the first digit of a pair, while the second is awaited
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -120,8 +123,8 @@ bool ParseHexRecord(const std::string& path, const std::string& text, std::size_
         }
         const int digit = HexDigit(c);
         if (digit < 0) {
-            failure = {kBadInput, DisplayName(path) + ": hex record: not a hex digit at " +
-                                      Location(text, i)};
+            failure = {kBadInput,
+                       DisplayName(path) + ": hex record: not a hex digit at " + Location(text, i)};
             return false;
         }
         if (high < 0) {
@@ -137,8 +140,8 @@ bool ParseHexRecord(const std::string& path, const std::string& text, std::size_
     }
     if (bytes.size() != size) {
         failure = {kBadInput, DisplayName(path) + ": hex record holds " +
-                                  std::to_string(bytes.size()) + " bytes, " + recordName +
-                                  " has " + std::to_string(size)};
+                                  std::to_string(bytes.size()) + " bytes, " + recordName + " has " +
+                                  std::to_string(size)};
         return false;
     }
     return true;

@@ -56,22 +56,27 @@ struct CommonOptions {
 
 CommonOptions AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
     CommonOptions added;
-    added.channel = command.add_option("--channel", raw.channel, "Channel number of the request (default 0)")
-                        ->type_name("INT");
+    added.channel =
+        command.add_option("--channel", raw.channel, "Channel number of the request (default 0)")
+            ->type_name("INT");
     added.id = command.add_option("--id", raw.id, "Request id written in the envelope (default 0)")
                    ->type_name("UINT");
-    added.standard = command.add_option("--standard", raw.standard,
-                                        "Video standard, read by Encode: pal (default) or ntsc")
+    added.standard = command
+                         .add_option("--standard", raw.standard,
+                                     "Video standard, read by Encode: pal (default) or ntsc")
                          ->type_name("pal|ntsc");
-    added.subMode = command.add_option("--sub-mode", raw.subMode,
-                                       "Sub-mode, read by General and Locales (default 0)")
+    added.subMode = command
+                        .add_option("--sub-mode", raw.subMode,
+                                    "Sub-mode, read by General and Locales (default 0)")
                         ->type_name("INT");
-    added.current = command.add_option("--current", options.current,
-                                       "The device's current reply {\"params\":{\"table\":...}}, "
-                                       "read by General and Locales in sub-mode 1")
+    added.current = command
+                        .add_option("--current", options.current,
+                                    "The device's current reply {\"params\":{\"table\":...}}, "
+                                    "read by General and Locales in sub-mode 1")
                         ->type_name("REPLY.json");
-    command.add_flag("--pretty", options.pretty, "Indent the JSON printed (default: compact, as "
-                                                 "the device reads it)");
+    command.add_flag("--pretty", options.pretty,
+                     "Indent the JSON printed (default: compact, as "
+                     "the device reads it)");
     command.add_flag("--strict", raw.strict, "Exit with status 1 when there is any warning");
     return added;
 }
@@ -96,7 +101,8 @@ bool ReadRawOptions(const RawOptions& raw, const CommonOptions& added, Options& 
                     Failure& failure) {
     long long number = 0;
     if (added.channel->count() > 0) {
-        if (!ParseInteger("--channel", raw.channel, INT_MIN, INT_MAX, number, failure)) return false;
+        if (!ParseInteger("--channel", raw.channel, INT_MIN, INT_MAX, number, failure))
+            return false;
         options.channel = static_cast<int>(number);
         options.given.emplace_back("--channel");
     }
@@ -106,7 +112,8 @@ bool ReadRawOptions(const RawOptions& raw, const CommonOptions& added, Options& 
         options.given.emplace_back("--id");
     }
     if (added.subMode->count() > 0) {
-        if (!ParseInteger("--sub-mode", raw.subMode, INT_MIN, INT_MAX, number, failure)) return false;
+        if (!ParseInteger("--sub-mode", raw.subMode, INT_MIN, INT_MAX, number, failure))
+            return false;
         options.subMode = static_cast<int>(number);
         options.given.emplace_back("--sub-mode");
     }
@@ -197,9 +204,10 @@ std::string UsageMessage(const CLI::ParseError& e) {
 }
 
 int Run(int argc, char** argv) {
-    CLI::App app{"Converts a configuration section of a device between its record, the device's "
-                 "table and the F5 text of earlier-protocol devices.",
-                 "protofix"};
+    CLI::App app{
+        "Converts a configuration section of a device between its record, the device's "
+        "table and the F5 text of earlier-protocol devices.",
+        "protofix"};
     app.require_subcommand(1);
     app.footer(kFooter);
     app.set_version_flag("--version", std::string("protofix ") + PROTOFIX_VERSION);
@@ -224,10 +232,11 @@ int Run(int argc, char** argv) {
         "The record: its named-field view (JSON), or its raw bytes in hex (a text that starts "
         "with a hex digit)");
     record->type_name("RECORD.json");
-    CLI::Option* serializeF5 =
-        serialize->add_option("--f5", options.f5, "Convert this F5 text (which holds the "
-                                                  "section's member) instead of a record")
-            ->type_name("OLD.json");
+    CLI::Option* serializeF5 = serialize
+                                   ->add_option("--f5", options.f5,
+                                                "Convert this F5 text (which holds the "
+                                                "section's member) instead of a record")
+                                   ->type_name("OLD.json");
     CLI::Option* serializeHex =
         serialize->add_flag("--hex", options.hex, "RECORD must be the record's raw bytes in hex");
     serialize->add_flag("--table", options.tableOnly,
@@ -239,9 +248,10 @@ int Run(int argc, char** argv) {
     const auto addTableCommand = [&](const char* name, const char* description) {
         CLI::App* command = app.add_subcommand(name, description);
         command->add_option("SECTION", options.section, "Section name, in any case")->required();
-        command->add_option("TABLE", options.input,
-                            "The device's table of the section (JSON), or the envelope that "
-                            "serialize prints")
+        command
+            ->add_option("TABLE", options.input,
+                         "The device's table of the section (JSON), or the envelope that "
+                         "serialize prints")
             ->type_name("TABLE.json");
         CLI::Option* f5 = command
                               ->add_option("--f5", options.f5,
@@ -266,7 +276,8 @@ int Run(int argc, char** argv) {
         return std::make_pair(command, f5);
     };
     auto [deserialize, deserializeF5] = addTableCommand(
-        "deserialize", "Table -> record (named-field view, or --hex bytes), or merged into F5 text");
+        "deserialize",
+        "Table -> record (named-field view, or --hex bytes), or merged into F5 text");
     CLI::Option* deserializeHex =
         deserialize->add_flag("--hex", options.hex, "Print the record's raw bytes in hex");
     deserialize->add_flag("--raw", options.raw,
@@ -281,8 +292,9 @@ int Run(int argc, char** argv) {
     const CommonOptions roundtripCommon = AddCommonOptions(*roundtrip, options, raw);
 
     CLI::App* view = app.add_subcommand(
-        "view", "Print a record (named-field view or hex bytes) as its named-field view, or as "
-                "hex with --hex; nothing is converted");
+        "view",
+        "Print a record (named-field view or hex bytes) as its named-field view, or as "
+        "hex with --hex; nothing is converted");
     view->add_option("SECTION", options.section, "Section name, in any case")->required();
     view->add_option("RECORD", options.input, "The record: named-field view or raw bytes in hex")
         ->type_name("RECORD.json");
@@ -296,12 +308,14 @@ int Run(int argc, char** argv) {
     if (argc > 1 && argv[1][0] != '-') {
         const std::vector<CLI::App*> commands = app.get_subcommands([](CLI::App*) { return true; });
         const std::string word = argv[1];
-        const auto named = std::find_if(commands.begin(), commands.end(),
-                                        [&](const CLI::App* command) { return command->get_name() == word; });
+        const auto named =
+            std::find_if(commands.begin(), commands.end(),
+                         [&](const CLI::App* command) { return command->get_name() == word; });
         if (named == commands.end()) {
-            return Fail({protofix::tool::kBadInput,
-                         "unknown command \"" + word +
-                             "\"; the commands are sections, serialize, deserialize, roundtrip and view"});
+            return Fail(
+                {protofix::tool::kBadInput,
+                 "unknown command \"" + word +
+                     "\"; the commands are sections, serialize, deserialize, roundtrip and view"});
         }
         Failure misplaced;
         if (MisplacedOption(app, **named, argc, argv, misplaced)) return Fail(misplaced);
@@ -311,8 +325,8 @@ int Run(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
         if (e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(e);
-        return Fail({protofix::tool::kBadInput,
-                     UsageMessage(e) + " (protofix --help shows the usage)"});
+        return Fail(
+            {protofix::tool::kBadInput, UsageMessage(e) + " (protofix --help shows the usage)"});
     }
 
     if (*view) {
@@ -344,11 +358,10 @@ int Run(int argc, char** argv) {
     }
 
     const bool textMode = !options.f5.empty();
-    const bool once = *serialize
-                          ? StandardInputOnce({textMode ? &options.f5 : &options.input,
-                                               &options.current})
-                          : StandardInputOnce({&options.input, &options.f5, &options.base,
-                                               &options.current});
+    const bool once =
+        *serialize
+            ? StandardInputOnce({textMode ? &options.f5 : &options.input, &options.current})
+            : StandardInputOnce({&options.input, &options.f5, &options.base, &options.current});
     if (!once) {
         return Fail({protofix::tool::kBadInput,
                      "standard input can be read only once: give the other inputs as files "
@@ -370,9 +383,9 @@ int Run(int argc, char** argv) {
     }
     if (status != protofix::tool::kConverted) return Fail(failure);
     if (raw.strict && !warnings.empty()) {
-        return Fail({protofix::tool::kRefused,
-                     "--strict: " + std::to_string(warnings.size()) +
-                         (warnings.size() == 1 ? " warning" : " warnings")});
+        return Fail(
+            {protofix::tool::kRefused, "--strict: " + std::to_string(warnings.size()) +
+                                           (warnings.size() == 1 ? " warning" : " warnings")});
     }
     return status;
 }

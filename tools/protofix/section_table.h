@@ -14,11 +14,11 @@
 namespace protofix::tool {
 
 struct Section {
-    const char* name;         // as the device spells it
-    const char* suffix;       // of its routines: Packet_<suffix>, Parse_<suffix>
-    const char* record;       // type name of the mode-0 record; "void" for a text-only section
-    std::size_t recordSize;   // 0 for a text-only section
-    unsigned modes;           // PROTOFIX_ACCEPTS_RECORD and/or PROTOFIX_ACCEPTS_TEXT
+    const char* name;        // as the device spells it
+    const char* suffix;      // of its routines: Packet_<suffix>, Parse_<suffix>
+    const char* record;      // type name of the mode-0 record; "void" for a text-only section
+    std::size_t recordSize;  // 0 for a text-only section
+    unsigned modes;          // PROTOFIX_ACCEPTS_RECORD and/or PROTOFIX_ACCEPTS_TEXT
 
     bool HasRecord() const { return recordSize != 0; }
     bool AcceptsRecord() const { return (modes & PROTOFIX_ACCEPTS_RECORD) != 0; }

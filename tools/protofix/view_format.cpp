@@ -38,7 +38,9 @@ private:
         return out.str();
     }
 
-    static std::string Indent(int depth) { return std::string(2 * static_cast<std::size_t>(depth), ' '); }
+    static std::string Indent(int depth) {
+        return std::string(2 * static_cast<std::size_t>(depth), ' ');
+    }
 
     // Elements of an array of records share the element's descriptor.
     std::string Array(const Json::Value& array, const Descriptor* descriptor, int depth) {
@@ -48,8 +50,7 @@ private:
         std::string text = "[";
         for (Json::ArrayIndex i = 0; i < array.size(); ++i) {
             if (i != 0) text += ",";
-            text += flat ? (i != 0 ? " " : "")
-                         : "\n" + Indent(depth + 1);
+            text += flat ? (i != 0 ? " " : "") : "\n" + Indent(depth + 1);
             text += Write(array[i], descriptor, depth + 1);
         }
         return text + (flat ? "]" : "\n" + Indent(depth) + "]");
@@ -78,8 +79,8 @@ private:
             std::string line = "{";
             for (std::size_t i = 0; i < members.size(); ++i) {
                 if (i != 0) line += ", ";
-                line += Scalar(Json::Value(members[i].first)) + ": " +
-                        Scalar(object[members[i].first]);
+                line +=
+                    Scalar(Json::Value(members[i].first)) + ": " + Scalar(object[members[i].first]);
             }
             line += "}";
             if (Indent(depth).size() + line.size() <= kFlatObjectWidth) return line;

@@ -45,14 +45,14 @@ typedef struct tagKZ_TSECT {
 
 /* PTZ action of one channel. */
 typedef struct KZ_PTZ_LINK {
-    int type;   /* KZ_PTZ_LINK_* */
-    int value;  /* preset, tour or pattern number */
+    int type;  /* KZ_PTZ_LINK_* */
+    int value; /* preset, tour or pattern number */
 } KZ_PTZ_LINK;
 
 /* What the device does when an event fires, 32 channels. 956 bytes. */
 typedef struct KZ_MSG_HANDLE_EX {
     unsigned int actionMask;
-    unsigned int actionFlags;                    /* EVENT_ACTION_* */
+    unsigned int actionFlags; /* EVENT_ACTION_* */
     unsigned char alarmOutChannels[KZ_MSG_HANDLE_EX_CHANNELS];
     int alarmOutLatch;
     unsigned char recordChannels[KZ_MSG_HANDLE_EX_CHANNELS];
@@ -70,8 +70,8 @@ typedef struct KZ_MSG_HANDLE_EX {
     unsigned char logEnable;
     unsigned char snapshotPeriod;
     unsigned char reservedBlock[32];
-    unsigned char attachmentType;                /* 0 picture, 1 video */
-    unsigned char attachmentMaxSize;             /* KiB */
+    unsigned char attachmentType;    /* 0 picture, 1 video */
+    unsigned char attachmentMaxSize; /* KiB */
     unsigned char attachmentMaxTime;
     unsigned char reservedTail[475];
 } KZ_MSG_HANDLE_EX;
@@ -103,7 +103,7 @@ typedef struct KZ_MSG_HANDLE {
 
 /* "Alarm" and "NetAlarm": one alarm input. */
 typedef struct KZDEV_ALARMIN_CFG {
-    unsigned char sensorType;    /* 0 normally closed ("NC"), 1 normally open ("NO") */
+    unsigned char sensorType; /* 0 normally closed ("NC"), 1 normally open ("NO") */
     unsigned char enable;
     tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
     KZ_MSG_HANDLE_EX handler;
@@ -112,7 +112,7 @@ typedef struct KZDEV_ALARMIN_CFG {
 /* One storage fault: "StorageNotExist", "StorageLowSpace" or "StorageFailure". 2136 bytes. */
 typedef struct KZ_STORAGE_EVENT {
     unsigned char enable;
-    unsigned char lowerLimit;    /* free-space limit; the low-space block only */
+    unsigned char lowerLimit; /* free-space limit; the low-space block only */
     tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
     KZ_MSG_HANDLE_EX handler;
 } KZ_STORAGE_EVENT;
@@ -143,10 +143,10 @@ typedef struct KZDEV_CONFLICT_CFG {
 /* "MotionDetect": motion in the cells of a grid. */
 typedef struct KZDEV_MOTION_DETECT_CFG {
     unsigned char enable;
-    unsigned short level;        /* sensitivity */
-    unsigned short rows;         /* rows of the grid in use */
-    unsigned short cols;         /* columns in use */
-    unsigned char region[KZ_MOTION_ROWS][KZ_MOTION_COLS];  /* [row][col]: 1 detect, 0 not */
+    unsigned short level;                                 /* sensitivity */
+    unsigned short rows;                                  /* rows of the grid in use */
+    unsigned short cols;                                  /* columns in use */
+    unsigned char region[KZ_MOTION_ROWS][KZ_MOTION_COLS]; /* [row][col]: 1 detect, 0 not */
     tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
     KZ_MSG_HANDLE_EX handler;
 } KZDEV_MOTION_DETECT_CFG;
@@ -161,7 +161,7 @@ typedef struct KZDEV_LOSS_DETECT_CFG {
 /* "BlindDetect": the camera is covered. */
 typedef struct KZDEV_BLIND_DETECT_CFG {
     unsigned char enable;
-    unsigned char level;         /* sensitivity */
+    unsigned char level; /* sensitivity */
     tagKZ_TSECT timeSections[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
     KZ_MSG_HANDLE_EX handler;
 } KZDEV_BLIND_DETECT_CFG;

@@ -57,26 +57,27 @@ typedef enum tagNET_EM_VIDEO_COMPRESSION {
     EM_VIDEO_COMPRESSION_SVAC = 9,
     /* Not a code: gives the type the range of an int, so any code a caller holds is a value. */
     EM_VIDEO_COMPRESSION_INT_RANGE = -2147483647 - 1
-} tagNET_EM_VIDEO_COMPRESSION, NET_EM_VIDEO_COMPRESSION;
+} tagNET_EM_VIDEO_COMPRESSION,
+    NET_EM_VIDEO_COMPRESSION;
 
 /* One stream format. 24 bytes. */
 typedef struct KZ_VIDEOENC_OPT {
-    unsigned char videoEnable;       /* 1: the stream's video is on */
-    unsigned char bitRateControl;    /* KZ_BITRATE_* */
-    unsigned char fps;               /* frames per second; in a snapshot format the byte is signed:
+    unsigned char videoEnable;    /* 1: the stream's video is on */
+    unsigned char bitRateControl; /* KZ_BITRATE_* */
+    unsigned char fps;            /* frames per second; in a snapshot format the byte is signed:
                                         -n (256 - n here) is one picture every n seconds */
-    unsigned char compression;       /* tagNET_EM_VIDEO_COMPRESSION */
-    unsigned char imageSize;         /* image-size code 0..32 */
-    unsigned char quality;           /* KZ_QUALITY_PERCENT | value */
+    unsigned char compression;    /* tagNET_EM_VIDEO_COMPRESSION */
+    unsigned char imageSize;      /* image-size code 0..32 */
+    unsigned char quality;        /* KZ_QUALITY_PERCENT | value */
     unsigned short bitRate;
-    unsigned char audioEnable;       /* 1: the stream's audio is on */
-    unsigned char audioCompression;  /* KZ_AUDIO_* */
+    unsigned char audioEnable;      /* 1: the stream's audio is on */
+    unsigned char audioCompression; /* KZ_AUDIO_* */
     unsigned char reserved1[2];
-    unsigned short depth;            /* audio sample depth */
+    unsigned short depth; /* audio sample depth */
     unsigned char reserved2[1];
-    unsigned char profile;           /* KZ_PROFILE_* */
-    unsigned int frequency;          /* audio sampling frequency */
-    unsigned char gop;               /* key-frame interval */
+    unsigned char profile;  /* KZ_PROFILE_* */
+    unsigned int frequency; /* audio sampling frequency */
+    unsigned char gop;      /* key-frame interval */
     unsigned char reserved3[3];
 } KZ_VIDEOENC_OPT;
 
@@ -90,7 +91,7 @@ typedef struct KZDEV_ENCODE_CFG {
     KZ_VIDEOENC_OPT mainFormat[KZ_ENCODE_MAIN_FORMATS];
     KZ_VIDEOENC_OPT extraFormat[KZ_ENCODE_EXTRA_FORMATS];
     unsigned char reserved2[232];
-    unsigned char snapEnable;        /* non-zero: snapshots on */
+    unsigned char snapEnable; /* non-zero: snapshots on */
     unsigned char reserved3[3];
     KZ_VIDEOENC_OPT snapFormat[KZ_ENCODE_SNAP_FORMATS]; /* fps (signed), compression, imageSize
                                                            and quality only */
@@ -99,7 +100,7 @@ typedef struct KZDEV_ENCODE_CFG {
 
 /* One colour period: when it applies and its picture values. 36 bytes. */
 typedef struct KZ_VIDEO_COLOR {
-    tagKZ_TSECT timeSection;         /* enable is a record-type mask, as in the recording records */
+    tagKZ_TSECT timeSection; /* enable is a record-type mask, as in the recording records */
     unsigned char brightness;
     unsigned char contrast;
     unsigned char saturation;
@@ -119,12 +120,12 @@ typedef struct KZDEV_VIDEOIN_OPTIONS_CFG {
     unsigned char exposureSpeed;
     unsigned char backlight;
     unsigned char reserved2[1];
-    unsigned char mirror;            /* 0/1 */
+    unsigned char mirror; /* 0/1 */
     unsigned char flip;
     unsigned char reserved3[1];
-    unsigned char irisAuto;          /* 0/1 */
-    unsigned char whiteBalance;      /* white-balance code 0..11 */
-    unsigned char signalFormat;      /* signal-format code 0..5 */
+    unsigned char irisAuto;     /* 0/1 */
+    unsigned char whiteBalance; /* white-balance code 0..11 */
+    unsigned char signalFormat; /* signal-format code 0..5 */
     unsigned char rotate90;
     unsigned char reserved4[2];
     float exposureValue1;
@@ -166,7 +167,7 @@ typedef struct KZDEV_VIDEOIN_OPTIONS_CFG {
 
 /* "VideoStandard". 4 bytes. */
 typedef struct KZDEV_VIDEO_STANDARD_CFG {
-    unsigned int videoStandard;      /* KZ_VIDEO_STANDARD_* */
+    unsigned int videoStandard; /* KZ_VIDEO_STANDARD_* */
 } KZDEV_VIDEO_STANDARD_CFG;
 
 /* "MediaGlobal": only the packet length is converted. 200 bytes. */

@@ -30,7 +30,7 @@ typedef struct KZ_CHANNEL_TITLE {
 typedef struct KZ_OSD_TITLE {
     unsigned char frontColor[4];
     unsigned char backColor[4];
-    unsigned int rect[4];          /* left, top, right, bottom */
+    unsigned int rect[4]; /* left, top, right, bottom */
     unsigned char previewBlend;
     unsigned char encodeBlend;
     unsigned char reserved[6];
@@ -48,18 +48,18 @@ typedef struct KZDEV_VIDEOWIDGET_OSD_CFG {
  * byte 0 = "FrontColor"[2], byte 1 = [1], byte 2 = [0], byte 3 = [3] (byte k is bits 8k..8k+7).
  */
 typedef struct KZ_COVER {
-    long long rect[4];             /* left, top, right, bottom */
+    long long rect[4]; /* left, top, right, bottom */
     unsigned int frontColor;
     unsigned char reserved1[1];
-    unsigned char encodeBlend;     /* 1 = on */
-    unsigned char previewBlend;    /* 1 = on */
+    unsigned char encodeBlend;  /* 1 = on */
+    unsigned char previewBlend; /* 1 = on */
     unsigned char reserved2[33];
 } KZ_COVER;
 
 /* The covers of a channel. 1192 bytes. */
 typedef struct KZDEV_VIDEOWIDGET_COVER_CFG {
     unsigned char reserved1[36];
-    unsigned char maxCoverCount;   /* set by the caller: covers the device supports */
+    unsigned char maxCoverCount; /* set by the caller: covers the device supports */
     unsigned char coverCount;
     unsigned char reserved2[2];
     KZ_COVER cover[KZ_MAX_COVERS];
@@ -80,7 +80,7 @@ typedef struct KZDEV_VIDEOWIDGET_CHANNEL_CFG {
     unsigned char reserved2[6];
     unsigned int titleFrontColor;
     unsigned int titleBackColor;
-    long long titleRect[4];        /* left, top, right, bottom */
+    long long titleRect[4];         /* left, top, right, bottom */
     unsigned char titleEncodeBlend; /* 1 = on */
     unsigned char reserved3[7];
 } KZDEV_VIDEOWIDGET_CHANNEL_CFG;
@@ -88,9 +88,9 @@ typedef struct KZDEV_VIDEOWIDGET_CHANNEL_CFG {
 /* The video watermark. 144 bytes. */
 typedef struct KZDEV_WATERMARK_CFG {
     unsigned char reserved1[4];
-    unsigned int enable;           /* 1 = on */
+    unsigned int enable; /* 1 = on */
     unsigned char reserved2[4];
-    unsigned int dataType;         /* 1 once a text is stored */
+    unsigned int dataType; /* 1 once a text is stored */
     char string[128];
 } KZDEV_WATERMARK_CFG;
 

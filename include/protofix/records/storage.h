@@ -26,12 +26,12 @@ extern "C" {
 
 /* "Record" (schedule and pre-record) and "RecordSource" (stream) of one channel. 1184 bytes. */
 typedef struct KZDEV_RECORD_CFG {
-    int nReserved;                                      /* not read by the conversions */
-    tagKZ_TSECT stSect[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];  /* enable holds a record-type mask */
-    unsigned char byPreRecord;                          /* pre-record length */
-    unsigned char byReserved;                           /* not read by the conversions */
-    unsigned char byVideoStream;                        /* KZ_RECORD_STREAM_* */
-    unsigned char reserved[1];                          /* to the 4-byte alignment of the record */
+    int nReserved;                                     /* not read by the conversions */
+    tagKZ_TSECT stSect[KZ_WEEK_DAYS][KZ_DAY_SECTIONS]; /* enable holds a record-type mask */
+    unsigned char byPreRecord;                         /* pre-record length */
+    unsigned char byReserved;                          /* not read by the conversions */
+    unsigned char byVideoStream;                       /* KZ_RECORD_STREAM_* */
+    unsigned char reserved[1];                         /* to the 4-byte alignment of the record */
 } KZDEV_RECORD_CFG;
 
 /* One upload section of the storage server: a time section and its three flags. 48 bytes. */
@@ -46,7 +46,7 @@ typedef struct KZ_NAS_TSECT {
 /* "NAS" (the storage server) and "RemoteStorageLimit" (its upload schedule and file limits).
    11284 bytes. */
 typedef struct KZDEV_NAS_CFG {
-    unsigned int leadingWord;  /* not read by the conversions */
+    unsigned int leadingWord; /* not read by the conversions */
     unsigned char bEnable;
     char szAddress[16];
     unsigned short wPort;
@@ -56,8 +56,9 @@ typedef struct KZDEV_NAS_CFG {
     int nFileLength;
     int nInterval;
     KZ_NAS_TSECT stChnTime[KZ_NAS_CHANNELS][KZ_WEEK_DAYS][KZ_NAS_DAY_SECTIONS];
-    unsigned char byProtocol;  /* KZ_NAS_PROTOCOL_* */
-    unsigned char reserved[3]; /* not read by the conversions; szSubDirectory on a 4-byte boundary */
+    unsigned char byProtocol; /* KZ_NAS_PROTOCOL_* */
+    unsigned char
+        reserved[3]; /* not read by the conversions; szSubDirectory on a 4-byte boundary */
     char szSubDirectory[128];
 } KZDEV_NAS_CFG;
 

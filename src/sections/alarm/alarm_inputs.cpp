@@ -51,7 +51,8 @@ int ParseRecord(const AlarmInput& input, Json::Value& table, KZDEV_ALARMIN_CFG* 
     ReadSensorType(input, Member(table, "SensorType"), cfg->sensorType);
     ReadScheduleReaching(table, cfg->timeSections);
     const TableHandler handler(table);
-    if (handler.present()) CReqConfigProtocolFix::Parse_EventHandler_Binary(handler.get(), &cfg->handler);
+    if (handler.present())
+        CReqConfigProtocolFix::Parse_EventHandler_Binary(handler.get(), &cfg->handler);
     return 1;
 }
 
@@ -60,30 +61,38 @@ int ParseRecord(const AlarmInput& input, Json::Value& table, KZDEV_ALARMIN_CFG* 
 int PacketAlarmInput(const AlarmInput& input, const PROTOCOL_FIX_INFO& info, Json::Value& table) {
     if (info.mode == PROTOFIX_MODE_TEXT) {
         // "Name" and "SensorType" are copied whatever their kind, null included.
-        return PacketF5Section(info, input.member, table, [](const Json::Value& alarm, Json::Value& out) {
-            out["Name"] = Member(alarm, "Name");
-            out["SensorType"] = Member(alarm, "SensorType");
-        });
+        return PacketF5Section(info, input.member, table,
+                               [](const Json::Value& alarm, Json::Value& out) {
+                                   out["Name"] = Member(alarm, "Name");
+                                   out["SensorType"] = Member(alarm, "SensorType");
+                               });
     }
     return PacketRecord(input, static_cast<KZDEV_ALARMIN_CFG*>(info.input), table);
 }
 
 int ParseAlarmInput(const AlarmInput& input, const PROTOCOL_FIX_INFO& info, Json::Value& table) {
     if (info.mode == PROTOFIX_MODE_TEXT) {
-        return MergeF5Section(info, input.member, table, [&](const Json::Value& in, Json::Value& document) {
-            CopyToSection(in, document, input.member, "Name");
-            CopyToSection(in, document, input.member, "SensorType");
-            return true;
-        });
+        return MergeF5Section(info, input.member, table,
+                              [&](const Json::Value& in, Json::Value& document) {
+                                  CopyToSection(in, document, input.member, "Name");
+                                  CopyToSection(in, document, input.member, "SensorType");
+                                  return true;
+                              });
     }
     return ParseRecord(input, table, static_cast<KZDEV_ALARMIN_CFG*>(info.output));
 }
 
 }  // namespace
 
-int CReqConfigProtocolFix::Packet_Alarm(Json::Value& table) { return PacketAlarmInput(kAlarm, m_info, table); }
-int CReqConfigProtocolFix::Parse_Alarm(Json::Value& table) { return ParseAlarmInput(kAlarm, m_info, table); }
+int CReqConfigProtocolFix::Packet_Alarm(Json::Value& table) {
+    return PacketAlarmInput(kAlarm, m_info, table);
+}
+int CReqConfigProtocolFix::Parse_Alarm(Json::Value& table) {
+    return ParseAlarmInput(kAlarm, m_info, table);
+}
 int CReqConfigProtocolFix::Packet_NetAlarm(Json::Value& table) {
     return PacketAlarmInput(kNetAlarm, m_info, table);
 }
-int CReqConfigProtocolFix::Parse_NetAlarm(Json::Value& table) { return ParseAlarmInput(kNetAlarm, m_info, table); }
+int CReqConfigProtocolFix::Parse_NetAlarm(Json::Value& table) {
+    return ParseAlarmInput(kNetAlarm, m_info, table);
+}

@@ -26,8 +26,8 @@ struct FlagKeys {
     const char* f5;
 };
 constexpr FlagKeys kF5Flags[] = {
-    {"TipEnable", "TipEn"},   {"MailEnable", "MailEn"}, {"MessageEnable", "MessageToNetEn"},
-    {"BeepEnable", "BeepEn"}, {"VoiceEnable", "VoiceEn"}, {"LogEnable", "LogEn"},
+    {"TipEnable", "TipEn"},   {"MailEnable", "MailEn"},     {"MessageEnable", "MessageToNetEn"},
+    {"BeepEnable", "BeepEn"}, {"VoiceEnable", "VoiceEn"},   {"LogEnable", "LogEn"},
     {"MMSEnable", "MMSEn"},   {"MatrixEnable", "MatrixEn"},
 };
 
@@ -312,7 +312,8 @@ int CReqConfigProtocolFix::Parse_EventHandler_Binary(Json::Value& handler, KZ_MS
 
     ReadBitIfBool(Member(table, "TipEnable"), flags, EVENT_ACTION_TIP);
     ReadBitIfBool(Member(table, "MailEnable"), flags, EVENT_ACTION_MAIL);
-    if (protofix::Present(Member(table, "MailDetail"))) ReadMailDetail(Member(table, "MailDetail"), *rec);
+    if (protofix::Present(Member(table, "MailDetail")))
+        ReadMailDetail(Member(table, "MailDetail"), *rec);
 
     ReadByteIfBool(Member(table, "MessageEnable"), rec->messageToNet);
     ReadBitIfBool(Member(table, "BeepEnable"), flags, EVENT_ACTION_BEEP);

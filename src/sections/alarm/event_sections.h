@@ -52,7 +52,8 @@ inline void ReadScheduleReaching(Json::Value& table, Schedule& schedule) {
     for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
         Json::Value* day = ElementToWrite(*days, d);
         if (day == nullptr) continue;
-        for (int s = 0; s < KZ_DAY_SECTIONS; ++s) ReadTimeSection(ElementToWrite(*day, s), schedule[d][s]);
+        for (int s = 0; s < KZ_DAY_SECTIONS; ++s)
+            ReadTimeSection(ElementToWrite(*day, s), schedule[d][s]);
     }
 }
 
@@ -79,7 +80,8 @@ private:
 // own(S, table) for the section's own keys, then S."EventHandler" through the linkage. -1 for a
 // text that is missing or does not parse; 1 otherwise, also when the text has no such member.
 template <class Own>
-int PacketF5Section(const PROTOCOL_FIX_INFO& info, const char* member, Json::Value& table, Own&& own) {
+int PacketF5Section(const PROTOCOL_FIX_INFO& info, const char* member, Json::Value& table,
+                    Own&& own) {
     Json::Value document;
     if (!ReadF5Text(static_cast<const char*>(info.input), document)) return -1;
     const Json::Value& section = Member(document, member);
@@ -88,7 +90,8 @@ int PacketF5Section(const PROTOCOL_FIX_INFO& info, const char* member, Json::Val
     own(section, table);
     // As on the record path, only an object converts.
     const Json::Value& handler = Member(section, "EventHandler");
-    if (handler.isObject()) CReqConfigProtocolFix::Packet_EventHandler_F5(table["EventHandler"], handler);
+    if (handler.isObject())
+        CReqConfigProtocolFix::Packet_EventHandler_F5(table["EventHandler"], handler);
     return 1;
 }
 
@@ -113,7 +116,8 @@ inline void CopyToSection(const Json::Value& table, Json::Value& document, const
 // between "Enable" and "EventHandler"; it answers false when it already knows that the merged text
 // cannot fit the buffer, and the call then answers -1 with the buffer as it was.
 template <class Own>
-int MergeF5Section(const PROTOCOL_FIX_INFO& info, const char* member, const Json::Value& table, Own&& own) {
+int MergeF5Section(const PROTOCOL_FIX_INFO& info, const char* member, const Json::Value& table,
+                   Own&& own) {
     char* buffer = static_cast<char*>(info.output);
     Json::Value document;
     if (!ReadF5Buffer(buffer, info.outputLength, document)) return -1;
@@ -129,7 +133,8 @@ int MergeF5Section(const PROTOCOL_FIX_INFO& info, const char* member, const Json
         const Json::Value& handler = Member(table, "EventHandler");
         if (handler.isObject()) {
             Json::Value* f5 = SectionKey(document, member, "EventHandler");
-            if (f5 != nullptr && IsObjectOrNull(*f5)) CReqConfigProtocolFix::Parse_EventHandler_F5(handler, *f5);
+            if (f5 != nullptr && IsObjectOrNull(*f5))
+                CReqConfigProtocolFix::Parse_EventHandler_F5(handler, *f5);
         }
     }
     return fits ? WriteF5Buffer(document, buffer, info.outputLength) : -1;

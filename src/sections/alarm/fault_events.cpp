@@ -12,8 +12,8 @@ using namespace protofix::events;
 namespace {
 
 struct Fault {
-    const char* member;                              // the section's member in the F5 text
-    bool lowerLimit;                                 // carries "LowerLimit"
+    const char* member;                                // the section's member in the F5 text
+    bool lowerLimit;                                   // carries "LowerLimit"
     KZ_STORAGE_EVENT KZDEV_STORAGE_ALARM_CFG::*block;  // the storage sections' own block
 };
 
@@ -45,7 +45,8 @@ int ParseStorage(const Fault& fault, void* record, Json::Value& table) {
     if (fault.lowerLimit) ReadInt(Member(table, "LowerLimit"), event.lowerLimit);
     ReadScheduleReaching(table, event.timeSections);
     const TableHandler handler(table);
-    if (handler.present()) CReqConfigProtocolFix::Parse_EventHandler_Binary(handler.get(), &event.handler);
+    if (handler.present())
+        CReqConfigProtocolFix::Parse_EventHandler_Binary(handler.get(), &event.handler);
     return 1;
 }
 
@@ -60,7 +61,8 @@ int ParseNetAbort(const Fault&, void* record, Json::Value& table) {
     auto* cfg = static_cast<KZDEV_NETABORT_CFG*>(record);
     ReadBool(Member(table, "Enable"), cfg->enable);
     const TableHandler handler(table);
-    if (handler.present()) CReqConfigProtocolFix::Parse_EventHandler_Binary(handler.get(), &cfg->handler);
+    if (handler.present())
+        CReqConfigProtocolFix::Parse_EventHandler_Binary(handler.get(), &cfg->handler);
     return 1;
 }
 
@@ -102,21 +104,27 @@ using RecordStep = int (*)(const Fault&, void* record, Json::Value& table);
 
 // The request's buffers hold the section's record in record mode and the device's F5 text in
 // text mode (the dispatch has refused every other mode).
-int PacketFault(const Fault& fault, RecordStep step, const PROTOCOL_FIX_INFO& info, Json::Value& table) {
+int PacketFault(const Fault& fault, RecordStep step, const PROTOCOL_FIX_INFO& info,
+                Json::Value& table) {
     if (info.mode == PROTOFIX_MODE_TEXT) {
-        return PacketF5Section(info, fault.member, table, [&](const Json::Value& section, Json::Value& out) {
-            if (fault.lowerLimit) out["LowerLimit"] = Member(section, "LowerLimit");
-        });
+        return PacketF5Section(info, fault.member, table,
+                               [&](const Json::Value& section, Json::Value& out) {
+                                   if (fault.lowerLimit)
+                                       out["LowerLimit"] = Member(section, "LowerLimit");
+                               });
     }
     return info.input != nullptr ? step(fault, info.input, table) : -1;
 }
 
-int ParseFault(const Fault& fault, RecordStep step, const PROTOCOL_FIX_INFO& info, Json::Value& table) {
+int ParseFault(const Fault& fault, RecordStep step, const PROTOCOL_FIX_INFO& info,
+               Json::Value& table) {
     if (info.mode == PROTOFIX_MODE_TEXT) {
-        return MergeF5Section(info, fault.member, table, [&](const Json::Value& in, Json::Value& document) {
-            if (fault.lowerLimit) CopyToSection(in, document, fault.member, "LowerLimit");
-            return true;
-        });
+        return MergeF5Section(info, fault.member, table,
+                              [&](const Json::Value& in, Json::Value& document) {
+                                  if (fault.lowerLimit)
+                                      CopyToSection(in, document, fault.member, "LowerLimit");
+                                  return true;
+                              });
     }
     return info.output != nullptr ? step(fault, info.output, table) : -1;
 }

@@ -29,18 +29,20 @@ int CReqConfigProtocolFix::Packet_HealthMail(Json::Value& table) {
 // "HealthReport" of the table merged into "HealthMail" of the F5 text in the output buffer; the
 // seconds become whole minutes, truncated toward zero.
 int CReqConfigProtocolFix::Parse_HealthMail(Json::Value& table) {
-    return MergeIntoF5Buffer(static_cast<char*>(m_info.output), m_info.outputLength, [&](Json::Value& document) {
-        const Json::Value& report = Member(table, "HealthReport");
-        const Json::Value& enable = Member(report, "Enable");
-        const Json::Value& interval = Member(report, "Interval");
-        Json::Value* mail = nullptr;
-        if (Present(enable) || Present(interval)) mail = MemberToWrite(document, "HealthMail");
-        if (mail == nullptr) return;
-        if (Present(enable)) {
-            if (Json::Value* en = MemberToWrite(*mail, "En")) *en = enable.asBool() ? 1 : 0;
-        }
-        if (Present(interval)) {
-            if (Json::Value* minutes = MemberToWrite(*mail, "Interval")) *minutes = interval.asInt() / static_cast<int>(kSecondsPerMinute);
-        }
-    });
+    return MergeIntoF5Buffer(
+        static_cast<char*>(m_info.output), m_info.outputLength, [&](Json::Value& document) {
+            const Json::Value& report = Member(table, "HealthReport");
+            const Json::Value& enable = Member(report, "Enable");
+            const Json::Value& interval = Member(report, "Interval");
+            Json::Value* mail = nullptr;
+            if (Present(enable) || Present(interval)) mail = MemberToWrite(document, "HealthMail");
+            if (mail == nullptr) return;
+            if (Present(enable)) {
+                if (Json::Value* en = MemberToWrite(*mail, "En")) *en = enable.asBool() ? 1 : 0;
+            }
+            if (Present(interval)) {
+                if (Json::Value* minutes = MemberToWrite(*mail, "Interval"))
+                    *minutes = interval.asInt() / static_cast<int>(kSecondsPerMinute);
+            }
+        });
 }

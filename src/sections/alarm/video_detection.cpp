@@ -59,7 +59,8 @@ Json::Value MaskValue(std::uint32_t mask) { return Int(Narrow<int>(mask)); }
 void PutRegion(const KZDEV_MOTION_DETECT_CFG& cfg, Json::Value& table) {
     for (int r = 0; r < RowsHeld(cfg); ++r) {
         std::uint32_t mask = 0;
-        for (int c = 0; c < ColsHeld(cfg); ++c) mask |= static_cast<std::uint32_t>(cfg.region[r][c]) << c;
+        for (int c = 0; c < ColsHeld(cfg); ++c)
+            mask |= static_cast<std::uint32_t>(cfg.region[r][c]) << c;
         table["Region"][r] = MaskValue(mask);
     }
 }
@@ -142,7 +143,8 @@ void PacketOwnKeys(const Json::Value& section, Json::Value& table) {
         }
         const Json::Value& region = Member(section, "Region");
         if (!region.isArray()) return;
-        for (Json::ArrayIndex r = 0; r < region.size(); ++r) table["Region"][r] = MaskValue(F5RowMask(region[r]));
+        for (Json::ArrayIndex r = 0; r < region.size(); ++r)
+            table["Region"][r] = MaskValue(F5RowMask(region[r]));
     }
 }
 
@@ -196,16 +198,18 @@ bool MergeOwnKeys(const Json::Value& table, Json::Value& document, int capacity)
 // text mode (the dispatch has refused every other mode).
 template <class Cfg>
 int PacketDetection(const PROTOCOL_FIX_INFO& info, Json::Value& table) {
-    if (info.mode == PROTOFIX_MODE_TEXT) return PacketF5Section(info, kMember<Cfg>, table, PacketOwnKeys<Cfg>);
+    if (info.mode == PROTOFIX_MODE_TEXT)
+        return PacketF5Section(info, kMember<Cfg>, table, PacketOwnKeys<Cfg>);
     return PacketRecord(static_cast<Cfg*>(info.input), table);
 }
 
 template <class Cfg>
 int ParseDetection(const PROTOCOL_FIX_INFO& info, Json::Value& table) {
     if (info.mode == PROTOFIX_MODE_TEXT) {
-        return MergeF5Section(info, kMember<Cfg>, table, [&](const Json::Value& in, Json::Value& document) {
-            return MergeOwnKeys<Cfg>(in, document, info.outputLength);
-        });
+        return MergeF5Section(info, kMember<Cfg>, table,
+                              [&](const Json::Value& in, Json::Value& document) {
+                                  return MergeOwnKeys<Cfg>(in, document, info.outputLength);
+                              });
     }
     return ParseRecord(table, static_cast<Cfg*>(info.output));
 }

@@ -47,7 +47,8 @@ int PacketBySubMode(const PROTOCOL_FIX_INFO& info, Json::Value& table, Plain pla
 }
 
 template <class Record, class Plain, class Merged>
-int ParseBySubMode(const PROTOCOL_FIX_INFO& info, const Json::Value& table, Plain plain, Merged merged) {
+int ParseBySubMode(const PROTOCOL_FIX_INFO& info, const Json::Value& table, Plain plain,
+                   Merged merged) {
     if (info.subMode != kPlainFields && info.subMode != kMergedFields) return -1;
     auto* cfg = static_cast<Record*>(info.output);
     if (cfg == nullptr) return -1;
@@ -61,7 +62,8 @@ int ParseBySubMode(const PROTOCOL_FIX_INFO& info, const Json::Value& table, Plai
 
 // Writes table[object][key] into the merged table. The device's table may have another shape: a
 // value that is not an object gets no member.
-void WriteMerged(Json::Value& table, const char* object, const char* key, const Json::Value& value) {
+void WriteMerged(Json::Value& table, const char* object, const char* key,
+                 const Json::Value& value) {
     Json::Value* parent = MemberToWrite(table, object);
     Json::Value* member = parent != nullptr ? MemberToWrite(*parent, key) : nullptr;
     if (member != nullptr) *member = value;
@@ -93,7 +95,8 @@ void ParseGeneralNames(const Json::Value& table, KZDEV_GENERAL_CFG& cfg) {
 // A "LocalNo" of 0 never reaches the record: the device sends 0 for "not set".
 void ParseGeneralLocalNo(const Json::Value& table, KZDEV_GENERAL_CFG& cfg) {
     const Json::Value& localNo = Member(table, "LocalNo");
-    if (Present(localNo) && localNo.asInt() != 0) cfg.wLocalNo = Narrow<unsigned short>(localNo.asUInt());
+    if (Present(localNo) && localNo.asInt() != 0)
+        cfg.wLocalNo = Narrow<unsigned short>(localNo.asUInt());
 }
 
 // ---- Locales
@@ -103,7 +106,8 @@ constexpr const char* kDateFormats[] = {"yyyy-MM-dd", "MM-dd-yyyy", "dd-MM-yyyy"
 constexpr unsigned char kLastDateFormat = 2;
 
 void PacketTimeFormat(const KZDEV_LOCALES_CFG& cfg, Json::Value& table) {
-    std::string format = kDateFormats[cfg.byDateFormat < kLastDateFormat ? cfg.byDateFormat : kLastDateFormat];
+    std::string format =
+        kDateFormats[cfg.byDateFormat < kLastDateFormat ? cfg.byDateFormat : kLastDateFormat];
     format += cfg.byTimeFormat != 0 ? " hh:mm:ss" : " HH:mm:ss";
     table["TimeFormat"] = format;
     table["DSTEnable"] = cfg.bDSTEnable != 0;
@@ -151,7 +155,8 @@ void PacketDstPoints(const KZDEV_LOCALES_CFG& cfg, Json::Value& table) {
 // A table by week keeps the record's years (the Packet side writes them as 0); a table by date
 // sets both weeks to 0.
 void ParseDstPoints(const Json::Value& table, KZDEV_LOCALES_CFG& cfg) {
-    const int weeks = Path(table, {"DSTStart", "Week"}).asInt() | Path(table, {"DSTEnd", "Week"}).asInt();
+    const int weeks =
+        Path(table, {"DSTStart", "Week"}).asInt() | Path(table, {"DSTEnd", "Week"}).asInt();
     for (const DstPoint& p : kDstPoints) {
         const Json::Value& in = Member(table, p.key);
         KZ_DST_POINT& point = cfg.*p.point;
@@ -175,11 +180,11 @@ void ParseDstPoints(const Json::Value& table, KZDEV_LOCALES_CFG& cfg) {
 
 // The device's language tokens, spelt as the device spells them; byLanguage indexes them.
 constexpr const char* kLanguages[KZ_LANGUAGE_COUNT] = {
-    "English",   "SimpChinese", "TradChinese", "Italian",   "Spanish",    "Japanese", "Russian",
-    "French",    "German",      "Portugal",    "Turkey",    "Poland",     "Romanian", "Hungarian",
-    "Finnish",   "Estonian",    "Korean",      "Farsi",     "Dansk",      "Czechish", "Bulgaria",
-    "Slovakian", "Slovenia",    "Croatian",    "Dutch",     "Greek",      "Ukrainian", "Swedish",
-    "Serbian",   "Vietnamese",  "Lithuanian",  "Filipino",  "Arabic",     "Catalan",  "Latvian",
+    "English",   "SimpChinese", "TradChinese", "Italian",  "Spanish", "Japanese",  "Russian",
+    "French",    "German",      "Portugal",    "Turkey",   "Poland",  "Romanian",  "Hungarian",
+    "Finnish",   "Estonian",    "Korean",      "Farsi",    "Dansk",   "Czechish",  "Bulgaria",
+    "Slovakian", "Slovenia",    "Croatian",    "Dutch",    "Greek",   "Ukrainian", "Swedish",
+    "Serbian",   "Vietnamese",  "Lithuanian",  "Filipino", "Arabic",  "Catalan",   "Latvian",
     "Thai",      "Hebrew",      "Bosnian",
 };
 
@@ -193,7 +198,8 @@ constexpr int kTableEveryDay = 7;
 }  // namespace
 
 int CReqConfigProtocolFix::Packet_General(Json::Value& table) {
-    return PacketBySubMode<KZDEV_GENERAL_CFG>(m_info, table, PacketGeneralNames, PacketGeneralLocalNo);
+    return PacketBySubMode<KZDEV_GENERAL_CFG>(m_info, table, PacketGeneralNames,
+                                              PacketGeneralLocalNo);
 }
 
 int CReqConfigProtocolFix::Parse_General(Json::Value& table) {
@@ -248,9 +254,10 @@ int CReqConfigProtocolFix::Parse_AutoMaintain(Json::Value& table) {
     const Json::Value& day = Member(table, "AutoRebootDay");
     if (Present(day)) {
         const int d = day.asInt();
-        cfg->byAutoRebootDay = d == kTableNever      ? kRebootNever
-                               : d == kTableEveryDay ? kRebootEveryDay
-                                                     : Narrow<unsigned char>(static_cast<unsigned int>(d) + 2u);
+        cfg->byAutoRebootDay = d == kTableNever ? kRebootNever
+                               : d == kTableEveryDay
+                                   ? kRebootEveryDay
+                                   : Narrow<unsigned char>(static_cast<unsigned int>(d) + 2u);
     }
     ReadInt(Member(table, "AutoRebootHour"), cfg->byAutoRebootHour);
     return 1;

@@ -38,7 +38,9 @@ int CodeOf(const char* const (&words)[N], const std::string& word) {
 
 // ---- the port's attributes, between their codes and the "Attribute" array
 
-int BaudRateOf(int code) { return code >= 0 && code < kBaudCodes ? kBaudRates[code] : kBaudRates[kBaudCodes - 1]; }
+int BaudRateOf(int code) {
+    return code >= 0 && code < kBaudCodes ? kBaudRates[code] : kBaudRates[kBaudCodes - 1];
+}
 
 // Any rate that is not one of the first nine, 115200 included, is the last code.
 int BaudCodeAt(const Json::Value& attribute) {
@@ -48,9 +50,12 @@ int BaudCodeAt(const Json::Value& attribute) {
 }
 
 // Wraps rather than overflows: the record keeps the low 8 bits.
-int DataBitsOf(int code) { return static_cast<int>(static_cast<unsigned int>(code) + kDataBitsBase); }
+int DataBitsOf(int code) {
+    return static_cast<int>(static_cast<unsigned int>(code) + kDataBitsBase);
+}
 int DataBitsAt(const Json::Value& attribute) {
-    return static_cast<int>(static_cast<unsigned int>(Element(attribute, 1).asInt()) - kDataBitsBase);
+    return static_cast<int>(static_cast<unsigned int>(Element(attribute, 1).asInt()) -
+                            kDataBitsBase);
 }
 
 // Every parity code beyond the words is written as no parity.
@@ -58,11 +63,15 @@ const char* ParityWordOf(int code) {
     const char* word = WordOf(kParityWords, code);
     return word != nullptr ? word : kParityWords[0];
 }
-int ParityAt(const Json::Value& attribute) { return CodeOf(kParityWords, Element(attribute, 2).asString()); }
+int ParityAt(const Json::Value& attribute) {
+    return CodeOf(kParityWords, Element(attribute, 2).asString());
+}
 
 // Null for a code beyond the words: then no stop bits are written.
 const char* StopBitsWordOf(int code) { return WordOf(kStopBitsWords, code); }
-int StopBitsAt(const Json::Value& attribute) { return CodeOf(kStopBitsWords, Element(attribute, 3).asString()); }
+int StopBitsAt(const Json::Value& attribute) {
+    return CodeOf(kStopBitsWords, Element(attribute, 3).asString());
+}
 
 void PacketAttribute(const KZ_SERIAL_ATTR& attr, Json::Value& attribute) {
     attribute[0] = BaudRateOf(attr.byBaudRate);
@@ -86,7 +95,8 @@ void ParseAttribute(const Json::Value& attribute, KZ_SERIAL_ATTR& attr) {
 
 // An index past the list's capacity names no protocol: the name is written empty.
 template <std::size_t N>
-void PacketProtocolName(const char (&names)[N][KZ_PROTOCOL_NAME_LEN], unsigned char protocol, Json::Value& node) {
+void PacketProtocolName(const char (&names)[N][KZ_PROTOCOL_NAME_LEN], unsigned char protocol,
+                        Json::Value& node) {
     if (protocol < N) {
         PutText(node, names[protocol]);
     } else {
@@ -96,13 +106,14 @@ void PacketProtocolName(const char (&names)[N][KZ_PROTOCOL_NAME_LEN], unsigned c
 
 // The first of the record's valid names that equals the table's name without regard to case.
 template <std::size_t N>
-void ParseProtocolName(const Json::Value& name, int count, const char (&names)[N][KZ_PROTOCOL_NAME_LEN],
-                       unsigned char& protocol) {
+void ParseProtocolName(const Json::Value& name, int count,
+                       const char (&names)[N][KZ_PROTOCOL_NAME_LEN], unsigned char& protocol) {
     if (!Present(name) || count == 0) return;
     const std::string wanted = name.asString();
     const int valid = std::min(count, static_cast<int>(N));
     for (int i = 0; i < valid; ++i) {
-        if (SameWord(wanted, std::string(names[i], strnlen(names[i], KZ_PROTOCOL_NAME_LEN)).c_str())) {
+        if (SameWord(wanted,
+                     std::string(names[i], strnlen(names[i], KZ_PROTOCOL_NAME_LEN)).c_str())) {
             protocol = Narrow<unsigned char>(i);
             return;
         }
@@ -110,7 +121,8 @@ void ParseProtocolName(const Json::Value& name, int count, const char (&names)[N
 }
 
 template <std::size_t N>
-void PacketPort(const char (&names)[N][KZ_PROTOCOL_NAME_LEN], const KZ_SERIAL_ATTR& attr, Json::Value& port) {
+void PacketPort(const char (&names)[N][KZ_PROTOCOL_NAME_LEN], const KZ_SERIAL_ATTR& attr,
+                Json::Value& port) {
     PacketAttribute(attr, port["Attribute"]);
     PacketProtocolName(names, attr.byProtocol, port["ProtocolName"]);
 }
@@ -174,7 +186,8 @@ private:
 void MergePtzText(const Json::Value& table, Json::Value& document) {
     PtzMembers ptz(document);
     if (Present(Member(table, "Address"))) ptz.Set("Address", Member(table, "Address"));
-    if (Present(Member(table, "NumberInMatrixs"))) ptz.Set("MartixID", Member(table, "NumberInMatrixs"));
+    if (Present(Member(table, "NumberInMatrixs")))
+        ptz.Set("MartixID", Member(table, "NumberInMatrixs"));
     const Json::Value& attribute = Member(table, "Attribute");
     if (Present(attribute)) {
         ptz.Set("BaudBase", BaudCodeAt(attribute));
@@ -212,7 +225,8 @@ int CReqConfigProtocolFix::Parse_Comm(Json::Value& table) {
     auto* cfg = OutputRecord<KZDEV_COMM_CFG>();
     if (cfg == nullptr) return -1;
     if (!table.isArray()) return 1;
-    const Json::ArrayIndex ports = std::min(table.size(), static_cast<Json::ArrayIndex>(KZ_MAX_SERIAL_PORTS));
+    const Json::ArrayIndex ports =
+        std::min(table.size(), static_cast<Json::ArrayIndex>(KZ_MAX_SERIAL_PORTS));
     for (Json::ArrayIndex i = 0; i < ports; ++i) {
         ParsePort(Element(table, i), cfg->nProtocolNum, cfg->szProtocolName, cfg->stAttr[i]);
     }

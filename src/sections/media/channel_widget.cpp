@@ -29,7 +29,8 @@ WidgetOverlay TitleOverlay(KZDEV_VIDEOWIDGET_CHANNEL_CFG& cfg) {
     return {cfg.titleFrontColor, cfg.titleBackColor, cfg.titleRect, cfg.titleEncodeBlend, nullptr};
 }
 WidgetOverlay TimeOverlay(KZDEV_VIDEOWIDGET_CHANNEL_CFG& cfg) {
-    return {cfg.timeFrontColor, cfg.timeBackColor, cfg.timeRect, cfg.timeEncodeBlend, &cfg.timeShowWeek};
+    return {cfg.timeFrontColor, cfg.timeBackColor, cfg.timeRect, cfg.timeEncodeBlend,
+            &cfg.timeShowWeek};
 }
 
 // The rectangle's low 32 bits as unsigned integers: the table's rectangle is read back as such.
@@ -145,14 +146,16 @@ int CReqConfigProtocolFix::Parse_VideoWidget_CHANNEL(Json::Value& table) {
 }
 
 int CReqConfigProtocolFix::Packet_VideoWaterMark(Json::Value& table) {
-    if (m_info.mode == PROTOFIX_MODE_TEXT) return PacketWatermarkText(InputRecord<const char>(), table);
+    if (m_info.mode == PROTOFIX_MODE_TEXT)
+        return PacketWatermarkText(InputRecord<const char>(), table);
     return PacketWatermarkRecord(InputRecord<const KZDEV_WATERMARK_CFG>(), table);
 }
 
 int CReqConfigProtocolFix::Parse_VideoWaterMark(Json::Value& table) {
     if (m_info.mode == PROTOFIX_MODE_TEXT) {
-        return MergeIntoF5Buffer(OutputRecord<char>(), m_info.outputLength,
-                                 [&](Json::Value& document) { MergeWatermarkText(table, document); });
+        return MergeIntoF5Buffer(
+            OutputRecord<char>(), m_info.outputLength,
+            [&](Json::Value& document) { MergeWatermarkText(table, document); });
     }
     return ParseWatermarkRecord(table, OutputRecord<KZDEV_WATERMARK_CFG>());
 }

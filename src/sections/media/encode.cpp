@@ -29,9 +29,9 @@ constexpr unsigned int kValue = KZ_QUALITY_VALUE;
 constexpr int kLevelPercent[] = {10, 30, 50, 60, 80, 100};
 
 struct Stream {
-    const char* key;                              // the table's (and the F5 text's) list
+    const char* key;  // the table's (and the F5 text's) list
     KZ_VIDEOENC_OPT (KZDEV_ENCODE_CFG::*formats)[KZ_ENCODE_MAIN_FORMATS];
-    bool readsProfile;                            // "Profile" is read for main streams only
+    bool readsProfile;  // "Profile" is read for main streams only
 };
 
 static_assert(KZ_ENCODE_MAIN_FORMATS == KZ_ENCODE_EXTRA_FORMATS, "one shape for both lists");
@@ -42,7 +42,7 @@ constexpr const char* kSnapFormat = "SnapFormat";
 
 // The "Video" keys the earlier protocol's stream entries share with the table.
 constexpr const char* kF5VideoKeys[] = {"Compression", "Width", "Height", "BitRateControl",
-                                        "Quality", "FPS", "GOP", "BitRate"};
+                                        "Quality",     "FPS",   "GOP",    "BitRate"};
 constexpr const char* kF5SnapKeys[] = {"Width", "Height", "FPS", "Quality"};
 
 // ---- record to table ---------------------------------------------------------------------------
@@ -147,7 +147,8 @@ void ReadSize(const Json::Value& video, int standard, unsigned char& imageSize) 
     imageSize = Narrow<unsigned char>(code);
 }
 
-void ReadStream(const Json::Value& entry, int standard, bool readsProfile, KZ_VIDEOENC_OPT& format) {
+void ReadStream(const Json::Value& entry, int standard, bool readsProfile,
+                KZ_VIDEOENC_OPT& format) {
     if (!Present(entry)) return;
     ReadBool(Member(entry, "VideoEnable"), format.videoEnable);
     const Json::Value& video = Member(entry, "Video");
@@ -156,21 +157,23 @@ void ReadStream(const Json::Value& entry, int standard, bool readsProfile, KZ_VI
         ReadSize(video, standard, format.imageSize);
         const Json::Value& control = Member(video, "BitRateControl");
         if (Present(control)) {
-            format.bitRateControl =
-                Narrow<unsigned char>(CReqConfigProtocolFix::Video_BitRateControl(control.asString()));
+            format.bitRateControl = Narrow<unsigned char>(
+                CReqConfigProtocolFix::Video_BitRateControl(control.asString()));
         }
         // The range bit stays: "QualityRange" is not read.
         const Json::Value& quality = Member(video, "Quality");
         if (Present(quality)) {
-            format.quality = Narrow<unsigned char>((format.quality & kPercent) |
-                                                   (static_cast<unsigned int>(quality.asInt()) & kValue));
+            format.quality =
+                Narrow<unsigned char>((format.quality & kPercent) |
+                                      (static_cast<unsigned int>(quality.asInt()) & kValue));
         }
         ReadInt(Member(video, "BitRate"), format.bitRate);
         ReadInt(Member(video, "FPS"), format.fps);
         ReadInt(Member(video, "GOP"), format.gop);
         const Json::Value& profile = Member(video, "Profile");
         if (readsProfile && Present(profile)) {
-            format.profile = Narrow<unsigned char>(CReqConfigProtocolFix::Video_H264(profile.asString()));
+            format.profile =
+                Narrow<unsigned char>(CReqConfigProtocolFix::Video_H264(profile.asString()));
         }
     }
     ReadBool(Member(entry, "AudioEnable"), format.audioEnable);
@@ -178,8 +181,8 @@ void ReadStream(const Json::Value& entry, int standard, bool readsProfile, KZ_VI
     if (Present(audio)) {
         const Json::Value& compression = Member(audio, "Compression");
         if (Present(compression)) {
-            format.audioCompression =
-                Narrow<unsigned char>(CReqConfigProtocolFix::Audio_Compression(compression.asString()));
+            format.audioCompression = Narrow<unsigned char>(
+                CReqConfigProtocolFix::Audio_Compression(compression.asString()));
         }
         ReadInt(Member(audio, "Frequency"), format.frequency);
         ReadInt(Member(audio, "Depth"), format.depth);
@@ -204,7 +207,8 @@ void ReadSnapQuality(int value, unsigned char& quality) {
         }
         return;
     }
-    quality = Narrow<unsigned char>((quality & kPercent) | (static_cast<unsigned int>(value) & kValue));
+    quality =
+        Narrow<unsigned char>((quality & kPercent) | (static_cast<unsigned int>(value) & kValue));
 }
 
 void ReadSnap(const Json::Value& video, int standard, KZ_VIDEOENC_OPT& format) {
@@ -260,7 +264,8 @@ int PacketText(const char* text, Json::Value& table) {
             for (const char* key : kF5VideoKeys) entry["Video"][key] = Member(oldVideo, key);
             entry["QualityRange"] = kLevelRange;
             entry["AudioEnable"] = Member(old, "AudioEn").asInt() == 1;
-            CReqConfigProtocolFix::ConvertAudioFormatF5ToF6(audioFormat, entry["Audio"]["Compression"]);
+            CReqConfigProtocolFix::ConvertAudioFormatF5ToF6(audioFormat,
+                                                            entry["Audio"]["Compression"]);
         }
     }
     const Json::Value& snaps = Member(encode, kSnapFormat);
@@ -292,7 +297,8 @@ void CopyInto(Json::Value* target, const Json::Value& value) {
 
 // The table's present values into the earlier text; the first main stream's audio speaks for all.
 void MergeText(const Json::Value& table, Json::Value& document) {
-    const Json::Value& audio = Path(Element(Member(table, "MainFormat"), 0), {"Audio", "Compression"});
+    const Json::Value& audio =
+        Path(Element(Member(table, "MainFormat"), 0), {"Audio", "Compression"});
     if (Present(audio)) {
         if (Json::Value* format = PathToWrite(document, {"Encode", "Audio", "Format"})) {
             CReqConfigProtocolFix::ConvertAudioFormatF6ToF5(audio, *format);
@@ -314,7 +320,8 @@ void MergeText(const Json::Value& table, Json::Value& document) {
             const Json::Value& video = Member(entry, "Video");
             for (const char* key : kF5VideoKeys) {
                 const Json::Value& value = Member(video, key);
-                if (Present(value)) CopyInto(OlderEntryMember(document, stream.key, i, "Video", key), value);
+                if (Present(value))
+                    CopyInto(OlderEntryMember(document, stream.key, i, "Video", key), value);
             }
         }
     }
@@ -323,7 +330,8 @@ void MergeText(const Json::Value& table, Json::Value& document) {
         const Json::Value& video = Member(Element(snaps, i), "Video");
         for (const char* key : kF5SnapKeys) {
             const Json::Value& value = Member(video, key);
-            if (Present(value)) CopyInto(OlderEntryMember(document, kSnapFormat, i, "Video", key), value);
+            if (Present(value))
+                CopyInto(OlderEntryMember(document, kSnapFormat, i, "Video", key), value);
         }
     }
 }
@@ -331,8 +339,10 @@ void MergeText(const Json::Value& table, Json::Value& document) {
 }  // namespace
 
 int CReqConfigProtocolFix::Packet_Encode(Json::Value& table) {
-    if (m_info.mode == PROTOFIX_MODE_TEXT) return PacketText(static_cast<const char*>(m_info.input), table);
-    return PacketRecord(InputRecord<KZDEV_ENCODE_CFG>(), m_info.inputLength, m_info.videoStandard, table);
+    if (m_info.mode == PROTOFIX_MODE_TEXT)
+        return PacketText(static_cast<const char*>(m_info.input), table);
+    return PacketRecord(InputRecord<KZDEV_ENCODE_CFG>(), m_info.inputLength, m_info.videoStandard,
+                        table);
 }
 
 int CReqConfigProtocolFix::Parse_Encode(Json::Value& table) {
@@ -340,5 +350,6 @@ int CReqConfigProtocolFix::Parse_Encode(Json::Value& table) {
         return MergeIntoF5Buffer(static_cast<char*>(m_info.output), m_info.outputLength,
                                  [&](Json::Value& document) { MergeText(table, document); });
     }
-    return ParseRecord(table, OutputRecord<KZDEV_ENCODE_CFG>(), m_info.outputLength, m_info.videoStandard);
+    return ParseRecord(table, OutputRecord<KZDEV_ENCODE_CFG>(), m_info.outputLength,
+                       m_info.videoStandard);
 }

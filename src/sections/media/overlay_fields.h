@@ -41,9 +41,7 @@ constexpr int kCoverColourOrder[4] = {2, 1, 0, 3};
 // Colours, rectangles: a table array is read only when it has at least four elements.
 inline bool HasFour(const Json::Value& v) { return v.isArray() && v.size() >= 4; }
 
-inline std::uint32_t Bits(const Json::Value& v) {
-    return static_cast<std::uint32_t>(v.asInt());
-}
+inline std::uint32_t Bits(const Json::Value& v) { return static_cast<std::uint32_t>(v.asInt()); }
 
 // A title colour OR-ed into its word, which is not cleared first: element 0 whole (a value above
 // 255 runs into the next bytes), elements 1 and 2 by their low byte into bytes 1 and 2, element 3
@@ -85,7 +83,9 @@ void ReadRect(const Json::Value& v, Coordinate (&rect)[4], Read read) {
 
 // Rectangle values: the low 32 bits as a signed integer; asInt into the field's width.
 template <class Coordinate>
-Json::Value LowInt(Coordinate value) { return Int(Narrow<int>(value)); }
+Json::Value LowInt(Coordinate value) {
+    return Int(Narrow<int>(value));
+}
 
 template <class Coordinate>
 struct FromInt {

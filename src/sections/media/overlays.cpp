@@ -116,7 +116,8 @@ int CReqConfigProtocolFix::Parse_VideoWidget_COVER(Json::Value& table) {
         std::memset(cfg->cover, 0, sizeof cfg->cover);
         return 1;
     }
-    const Json::ArrayIndex count = std::min<Json::ArrayIndex>(cfg->maxCoverCount, ElementCount(covers));
+    const Json::ArrayIndex count =
+        std::min<Json::ArrayIndex>(cfg->maxCoverCount, ElementCount(covers));
     cfg->coverCount = static_cast<unsigned char>(count);
     const Json::ArrayIndex n = std::min<Json::ArrayIndex>(count, KZ_MAX_COVERS);
     for (Json::ArrayIndex i = 0; i < n; ++i) {

@@ -50,7 +50,8 @@ int ParseColorRecord(const Json::Value& table, KZDEV_VIDEO_COLOR_CFG* cfg) {
     if (table.isObject()) {
         ReadColor(table, cfg->color[0]);
     } else if (table.isArray()) {
-        const Json::ArrayIndex periods = std::min<Json::ArrayIndex>(table.size(), KZ_VIDEO_COLOR_PERIODS);
+        const Json::ArrayIndex periods =
+            std::min<Json::ArrayIndex>(table.size(), KZ_VIDEO_COLOR_PERIODS);
         for (Json::ArrayIndex i = 0; i < periods; ++i) ReadColor(table[i], cfg->color[i]);
     }
     return 1;
@@ -72,7 +73,8 @@ void MergeColor(const Json::Value& period, Json::Value& document) {
     for (const ColorKey& k : kColorKeys) {
         const Json::Value& value = Member(period, k.key);
         if (!Present(value)) continue;
-        if (Json::Value* target = PathToWrite(document, {"Encode", "VideoColor", k.key})) *target = value;
+        if (Json::Value* target = PathToWrite(document, {"Encode", "VideoColor", k.key}))
+            *target = value;
     }
 }
 
@@ -107,7 +109,7 @@ struct OptionKey {
 };
 
 #define PROTOFIX_OPTION(group, key, field, kind) \
-    {group, key, offsetof(KZDEV_VIDEOIN_OPTIONS_CFG, field), OptionKind::kind}
+    { group, key, offsetof(KZDEV_VIDEOIN_OPTIONS_CFG, field), OptionKind::kind }
 
 constexpr const char* kNight = "NightOptions";
 constexpr const char* kFlash = "FlashControl";
@@ -173,8 +175,10 @@ Json::Value OptionValue(const unsigned char* at, OptionKind kind) {
         case OptionKind::Short: return Int(Load<unsigned short>(at));
         case OptionKind::Flag: return *at != 0;
         case OptionKind::Real: return static_cast<double>(Load<float>(at));
-        case OptionKind::WhiteBalance: return CReqConfigProtocolFix::ConvertWhiteBalanceToString(*at);
-        case OptionKind::SignalFormat: return CReqConfigProtocolFix::ConvertSignalFormatToString(*at);
+        case OptionKind::WhiteBalance:
+            return CReqConfigProtocolFix::ConvertWhiteBalanceToString(*at);
+        case OptionKind::SignalFormat:
+            return CReqConfigProtocolFix::ConvertSignalFormatToString(*at);
         case OptionKind::Byte:
         case OptionKind::Flip:
         case OptionKind::Phase: break;
@@ -214,7 +218,8 @@ int ParseOptions(const Json::Value& table, KZDEV_VIDEOIN_OPTIONS_CFG* cfg) {
     if (!table.isObject()) return 1;
     auto* bytes = reinterpret_cast<unsigned char*>(cfg);
     for (const OptionKey& k : kOptionKeys) {
-        const Json::Value& value = k.group != nullptr ? Path(table, {k.group, k.key}) : Member(table, k.key);
+        const Json::Value& value =
+            k.group != nullptr ? Path(table, {k.group, k.key}) : Member(table, k.key);
         if (Present(value)) ReadOption(value, bytes + k.offset, k.kind);
     }
     return 1;
@@ -227,7 +232,8 @@ constexpr const char* kStandards[] = {"PAL", "NTSC", "SECAM"};  // KZ_VIDEO_STAN
 }  // namespace
 
 int CReqConfigProtocolFix::Packet_VideoColor(Json::Value& table) {
-    if (m_info.mode == PROTOFIX_MODE_TEXT) return PacketColorText(static_cast<const char*>(m_info.input), table);
+    if (m_info.mode == PROTOFIX_MODE_TEXT)
+        return PacketColorText(static_cast<const char*>(m_info.input), table);
     return PacketColorRecord(InputRecord<KZDEV_VIDEO_COLOR_CFG>(), table);
 }
 

@@ -63,7 +63,9 @@ struct KeySet {
     const Key* end;
 };
 template <std::size_t N>
-constexpr KeySet Keys(const Key (&keys)[N]) { return {keys, keys + N}; }
+constexpr KeySet Keys(const Key (&keys)[N]) {
+    return {keys, keys + N};
+}
 
 // A title: one object on each side.
 struct Title {

@@ -32,15 +32,12 @@ void PacketBonding(const KZDEV_NETWORK_CFG& cfg, const KZ_NET_INTERFACE& bond, J
         return;
     }
     switch (cfg.interfaces[0].bondingMode) {
-    case KZ_BONDING_ACTIVE_BACKUP:
-        obj["Bonding"] = true;
-        obj["Mode"] = "ActiveBackup";
-        break;
-    case KZ_BONDING_OFF:
-        obj["Bonding"] = false;
-        break;
-    default:
-        break;
+        case KZ_BONDING_ACTIVE_BACKUP:
+            obj["Bonding"] = true;
+            obj["Mode"] = "ActiveBackup";
+            break;
+        case KZ_BONDING_OFF: obj["Bonding"] = false; break;
+        default: break;
     }
 }
 
@@ -205,7 +202,8 @@ int CReqConfigProtocolFix::Parse_Mulitcast(Json::Value& table) {
     ReadBool(Member(stream, "Enable"), cfg->multicastEnable);
     Json::Value address = Member(stream, "MulticastAddr");
     if (Present(address)) {
-        CRequest::parseUtf8JasonToAssic(address, cfg->multicastAddress, sizeof cfg->multicastAddress);
+        CRequest::parseUtf8JasonToAssic(address, cfg->multicastAddress,
+                                        sizeof cfg->multicastAddress);
     }
     ReadInt(Member(stream, "Port"), cfg->multicastPort);
     return 1;

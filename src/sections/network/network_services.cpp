@@ -86,7 +86,8 @@ void ParseDdnsServer(const Json::Value& entry, KZ_DDNS_SERVER& s) {
     }
 
     const Json::Value& keepAlive = Member(entry, "KeepAlive");
-    if (Present(keepAlive)) s.keepAlive = Narrow<int>(static_cast<unsigned int>(keepAlive.asInt()) * 60u);
+    if (Present(keepAlive))
+        s.keepAlive = Narrow<int>(static_cast<unsigned int>(keepAlive.asInt()) * 60u);
     ReadText(Member(entry, "HostName"), s.hostName);
 
     const Json::Value& protocol = Member(entry, "Protocol");
@@ -139,7 +140,8 @@ int CReqConfigProtocolFix::Packet_MULTI_DDNS(Json::Value& table) {
     if (cfg == nullptr) return -1;
     const unsigned int count =
         std::min(cfg->serverCount, static_cast<unsigned int>(KZ_MAX_DDNS_SERVERS));
-    for (unsigned int i = 0; i < count; ++i) PacketDdnsServer(cfg->servers[i], EndOf(cfg), table[i]);
+    for (unsigned int i = 0; i < count; ++i)
+        PacketDdnsServer(cfg->servers[i], EndOf(cfg), table[i]);
     return 1;
 }
 

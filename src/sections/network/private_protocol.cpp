@@ -73,14 +73,13 @@ int CReqConfigProtocolFix::Packet_DVRIP_REGISTER(Json::Value& table) {
     Json::Value& reg = table["RegisterServer"];
     reg["Enable"] = Flag(cfg->enable);
     PutText(reg["DeviceID"], cfg->deviceId);
-    const unsigned int count =
-        std::min<unsigned int>(cfg->serverCount, KZ_MAX_REGISTER_SERVERS);
+    const unsigned int count = std::min<unsigned int>(cfg->serverCount, KZ_MAX_REGISTER_SERVERS);
     for (unsigned int i = 0; i < count; ++i) {
         const KZ_REGISTER_SERVER_ENTRY& server = cfg->servers[i];
         Json::Value& entry = reg["Servers"][i];
         entry["Port"] = Int(server.port);
-        const char* address = server.addressKind == KZ_REGISTER_ADDRESS_DOMAIN ? server.domainName
-                                                                               : server.ipAddress;
+        const char* address =
+            server.addressKind == KZ_REGISTER_ADDRESS_DOMAIN ? server.domainName : server.ipAddress;
         entry["Address"] = TextUpTo(address, EndOf(cfg));
     }
     return 1;
@@ -95,7 +94,8 @@ int CReqConfigProtocolFix::Parse_DVRIP_REGISTER(Json::Value& table) {
     ReadText(Member(reg, "DeviceID"), cfg->deviceId);
 
     const Json::Value& servers = Member(reg, "Servers");
-    const unsigned int count = servers.isArray() ? std::min<unsigned int>(servers.size(), KZ_MAX_REGISTER_SERVERS) : 0u;
+    const unsigned int count =
+        servers.isArray() ? std::min<unsigned int>(servers.size(), KZ_MAX_REGISTER_SERVERS) : 0u;
     cfg->serverCount = Narrow<unsigned char>(count);
     for (unsigned int i = 0; i < count; ++i) {
         const Json::Value& server = Element(servers, i);
@@ -226,13 +226,15 @@ int CReqConfigProtocolFix::Parse_RemoteDevice(Json::Value& table) {
     if (cfg == nullptr) return -1;
     const Json::Value& in = table;
     const unsigned int members = in.isObject() ? in.size() : 0u;
-    const int count = static_cast<int>(std::min(members, static_cast<unsigned int>(KZ_MAX_REMOTE_DEVICES)));
+    const int count =
+        static_cast<int>(std::min(members, static_cast<unsigned int>(KZ_MAX_REMOTE_DEVICES)));
     cfg->deviceCount = count;
 
     int k = 0;
     for (auto it = in.begin(); k < count && it != in.end(); ++it, ++k) {
         const std::string name = it.name();
-        const std::string key(name.c_str(), strnlen(name.c_str(), std::min(name.size(), kRemoteNameBuffer)));
+        const std::string key(name.c_str(),
+                              strnlen(name.c_str(), std::min(name.size(), kRemoteNameBuffer)));
         const Json::Value& obj = Member(in, key);
         if (!Present(obj)) continue;
         ParseRemoteDevice(obj, cfg->devices[k]);

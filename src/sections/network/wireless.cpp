@@ -13,9 +13,9 @@ namespace {
 
 // The words of the three enumerations, by index.
 const char* const s_strLinkMode[] = {"Auto", "Ad-hoc", "Infrastructure"};
-const char* const s_strEncryption[] = {"Off",           "On",       "WEP-OPEN",    "WEP-SHARED",
-                                       "WPA-TKIP",      "WPA-PSK-TKIP", "WPA2-TKIP", "WPA2-PSK-TKIP",
-                                       "WPA-AES",       "WPA-PSK-AES",  "WPA2-AES",  "WPA2-PSK-AES"};
+const char* const s_strEncryption[] = {"Off",      "On",           "WEP-OPEN",  "WEP-SHARED",
+                                       "WPA-TKIP", "WPA-PSK-TKIP", "WPA2-TKIP", "WPA2-PSK-TKIP",
+                                       "WPA-AES",  "WPA-PSK-AES",  "WPA2-AES",  "WPA2-PSK-AES"};
 const char* const s_strKeyType[] = {"Hex", "ASCII"};
 
 // The word at the index; an index outside the table (a negative one included) is "".

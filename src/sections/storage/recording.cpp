@@ -21,7 +21,8 @@ constexpr unsigned int kVideoStreamCount = sizeof kVideoStreams / sizeof kVideoS
 
 // The string of schedule entry [d][s] of a value, or null when there is none.
 const Json::Value& ScheduleEntry(const Json::Value& schedule, int d, int s) {
-    return Element(Element(schedule, static_cast<Json::ArrayIndex>(d)), static_cast<Json::ArrayIndex>(s));
+    return Element(Element(schedule, static_cast<Json::ArrayIndex>(d)),
+                   static_cast<Json::ArrayIndex>(s));
 }
 
 // ---- Record -----------------------------------------------------------------------------------
@@ -70,7 +71,8 @@ int ParseRecordCfg(const Json::Value& table, KZDEV_RECORD_CFG* cfg) {
     for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
         for (int s = 0; s < KZ_DAY_SECTIONS; ++s) {
             const Json::Value& entry = ScheduleEntry(schedule, d, s);
-            if (entry.isString()) CReqConfigProtocolFix::ParseRecordTime(cfg->stSect[d][s], entry.asCString());
+            if (entry.isString())
+                CReqConfigProtocolFix::ParseRecordTime(cfg->stSect[d][s], entry.asCString());
         }
     }
     return 1;

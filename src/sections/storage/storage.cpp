@@ -55,7 +55,8 @@ int PacketNasCfg(const KZDEV_NAS_CFG* cfg, Json::Value& table) {
     PutText(keys["Password"], cfg->szPassword);
     PutText(keys["UserName"], cfg->szUserName);
     PutText(keys["Directory"], cfg->szDirectory);
-    keys["Protocol"] = cfg->byProtocol < kProtocolCount ? kProtocols[cfg->byProtocol] : kProtocols[0];
+    keys["Protocol"] =
+        cfg->byProtocol < kProtocolCount ? kProtocols[cfg->byProtocol] : kProtocols[0];
     PutText(keys["SubDirectory"], cfg->szSubDirectory);
     return 1;
 }
@@ -137,7 +138,8 @@ int PacketLimitCfg(KZDEV_NAS_CFG* cfg, Json::Value& table) {
         for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
             for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) {
                 KZ_NAS_TSECT& section = cfg->stChnTime[c][d][s];
-                section.stSect.enable = section.byFlag2 != 0 || section.byFlag0 != 0 ? 1 : section.byFlag1;
+                section.stSect.enable =
+                    section.byFlag2 != 0 || section.byFlag0 != 0 ? 1 : section.byFlag1;
                 CReqConfigProtocolFix::PacketRecordTime(section.stSect, schedule[d][s]);
             }
         }
@@ -193,7 +195,8 @@ int ParseLimitCfg(const Json::Value& table, KZDEV_NAS_CFG* cfg) {
             for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
                 for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) {
                     const Json::Value& text =
-                        Element(Element(schedule, static_cast<Json::ArrayIndex>(d)), static_cast<Json::ArrayIndex>(s));
+                        Element(Element(schedule, static_cast<Json::ArrayIndex>(d)),
+                                static_cast<Json::ArrayIndex>(s));
                     if (!Present(text)) continue;
                     KZ_NAS_TSECT& section = cfg->stChnTime[c][d][s];
                     CReqConfigProtocolFix::ParseRecordTime(section.stSect, text.asString().c_str());
@@ -221,8 +224,10 @@ void MergeLimit(const Json::Value& table, Json::Value& document) {
         for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
             for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) {
                 const Json::Value& text =
-                    Element(Element(schedule, static_cast<Json::ArrayIndex>(d)), static_cast<Json::ArrayIndex>(s));
-                if (text.isString()) CReqConfigProtocolFix::ParseNormalTime(scratch, text.asCString());
+                    Element(Element(schedule, static_cast<Json::ArrayIndex>(d)),
+                            static_cast<Json::ArrayIndex>(s));
+                if (text.isString())
+                    CReqConfigProtocolFix::ParseNormalTime(scratch, text.asCString());
                 Json::Value* day = ToWrite(document, "NAS", "ChnTime", static_cast<int>(c), d);
                 if (day == nullptr) continue;
                 WriteAt(*day, scratch.enable, DayMember("En", s));

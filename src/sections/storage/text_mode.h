@@ -53,7 +53,8 @@ void WriteAt(Json::Value& document, const Json::Value& value, Path... path) {
 template <class Record>
 int PacketInMode(const PROTOCOL_FIX_INFO& info, int (*fromRecord)(Record*, Json::Value&),
                  int (*fromText)(const char*, Json::Value&), Json::Value& table) {
-    if (info.mode == PROTOFIX_MODE_TEXT) return fromText(static_cast<const char*>(info.input), table);
+    if (info.mode == PROTOFIX_MODE_TEXT)
+        return fromText(static_cast<const char*>(info.input), table);
     return fromRecord(static_cast<Record*>(info.input), table);
 }
 
