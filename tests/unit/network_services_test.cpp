@@ -8,7 +8,6 @@
 
 using support::Packet;
 using support::Parse;
-using support::ParseJson;
 using view::ExpectParse;
 
 namespace {
@@ -16,117 +15,78 @@ namespace {
 const std::string k64u(64, 'u');
 const std::string k64p(64, 'p');
 
-template <class Record>
-void ExpectTable(view::Typed<Record> type, const char* section, const std::string& record,
-                 const std::string& table) {
-    const auto cfg = view::Build(type, record);
-    EXPECT_EQ(Packet(section, cfg.get()).table(), ParseJson(table)) << section << " " << record;
-}
-
 // Every section of the family refuses the text mode and a null record, in both directions, before
 // it writes anything.
 TEST(NetworkFamily, RefusesTextModeAndNullRecords) {
-    const char* names[] = {
-        "Network",   "Network_DNS",    "RTSP",        "Web",          "Multicast", "IPv6",
-        "DDNS",      "AccessFilter",   "Email",       "AlarmServer",  "PPPoE",     "NTP",
-        "DVRIP_NET", "DVRIP_REGISTER", "DVRIP_TRANS", "RemoteDevice", "WLan"};
     std::vector<unsigned char> record(20000, 0x41);
     const std::vector<unsigned char> before = record;
-    const std::string table =
-        R"({"Enable":true,"Port":1,"StreamPolicy":"Quality","wlan0":{},"RegisterServer":{}})";
-    for (const char* name : names) {
+    for (const char* name : {"Network", "Network_DNS", "RTSP", "Web", "Multicast", "IPv6", "DDNS",
+                             "AccessFilter", "Email", "AlarmServer", "PPPoE", "NTP", "DVRIP_NET",
+                             "DVRIP_REGISTER", "DVRIP_TRANS", "RemoteDevice", "WLan"}) {
         for (const auto& [output, mode] : {std::pair<void*, int>{record.data(), 1}, {nullptr, 0}}) {
+            SCOPED_TRACE(std::string(name) + " mode " + std::to_string(mode));
             const support::Envelope envelope = Packet(name, output, mode);
-            EXPECT_FALSE(envelope.result()) << name << " mode " << mode;
-            EXPECT_TRUE(envelope.table().isNull()) << name << " mode " << mode;
-            EXPECT_EQ(Parse(name, table, output, static_cast<int>(record.size()), mode), -1)
-                << name;
+            EXPECT_FALSE(envelope.result());
+            EXPECT_TRUE(envelope.table().isNull());
+            EXPECT_EQ(Parse(name, R"({"Enable":true,"Port":1,"StreamPolicy":"Quality","wlan0":{}})",
+                            output, 20000, mode),
+                      -1);
         }
     }
     EXPECT_EQ(record, before);
 }
 
 TEST(NetworkServices, PacketWritesTheDeviceTable) {
-    // DDNS: the old provider name, minutes of keep-alive rounded down, the user name and the
-    // password read on into the fields after them with the width of a host name.
-    ExpectTable(VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS", "{}", "null");
-    ExpectTable(
-        VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
-        R"({"serverCount":1,"servers":[{"enable":1,"protocol":"torva ddns","address":"members.example.net",
-                    "port":80,"hostName":"cam.example.net","userName":"user","password":"pw","keepAlive":119,
-                    "defaultHostNameInUse":1,"defaultHostName":"d.example","emailAddress":"a@b.c"}]})",
-        R"([{"Enable":true,"Protocol":"KZDDNS","Address":"members.example.net","Port":80,"UserName":"user",
-                     "Password":"pw","KeepAlive":1,"HostName":"cam.example.net",
-                     "DefaultHostName":{"Enable":true,"HostName":"d.example"},"EmailAddress":"a@b.c"}])");
-    ExpectTable(
-        VIEW_OF(KZDEV_MULTI_DDNS_CFG), "DDNS",
-        R"({"serverCount":2,"servers":[{"keepAlive":-60,"protocol":"TORVA DDNS2"},
-                    {"enable":2,"protocol":")" +
-            std::string(32, 'P') + R"(","address":")" + std::string(256, 'a') +
-            R"(","userName":")" + k64u + R"(","password":")" + k64p + R"(","keepAlive":1094795585,
-                    "defaultHostNameInUse":2,"defaultHostName":"unused"}]})",
-        R"([{"Enable":false,"Protocol":"TORVA DDNS2","Address":"","Port":0,"UserName":"","Password":"",
-                     "KeepAlive":71582787,"HostName":"","DefaultHostName":{"Enable":false,"HostName":""},
-                     "EmailAddress":""},
-                    {"Enable":false,"Protocol":")" +
-            std::string(32, 'P') + R"(","Address":")" + std::string(256, 'a') +
-            R"(","Port":0,"UserName":")" + k64u + k64p + R"(AAAA\u0002unused",
-                     "Password":")" +
-            k64p + R"(AAAA\u0002unused","KeepAlive":18246593,"HostName":"",
-                     "DefaultHostName":{"Enable":false,"HostName":""},"EmailAddress":""}])");
-
-    ExpectTable(
-        VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter",
-        R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["10.0.0.1","1111111111111111"]})",
-        R"({"Enable":true,"Type":"BannedList","TrustList":[],"BannedList":["10.0.0.1","1111111111111111"]})");
-    ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter",
-                R"({"enable":2,"listType":2,"trustedCount":1,"trustedAddresses":["192.168.1.0"]})",
-                R"({"Enable":false,"TrustList":["192.168.1.0"],"BannedList":[]})");
-    ExpectTable(VIEW_OF(KZDEV_IPIFILTER_CFG), "AccessFilter", "{}",
-                R"({"Enable":false,"Type":"TrustList","TrustList":[],"BannedList":[]})");
-
-    ExpectTable(
-        VIEW_OF(KZDEV_MAIL_CFG), "Email",
-        R"({"address":"smtp.example.com","port":465,"sendAddress":"nvr@example.com","userName":"nvr",
-                    "password":"secret","receivers":["ops@example.com"],"title":"Alarm","enable":1,"secureMode":1,
-                    "sendInterval":30,"attachEnable":1})",
-        R"({"Enable":true,"SslEnable":true,"TlsEnable":false,"Address":"smtp.example.com","Port":465,
-                    "UserName":"nvr","Password":"secret","Anonymous":false,"SendAddress":"nvr@example.com",
-                    "Receivers":["ops@example.com"],"Title":"Alarm","AttachEnable":true,"SendInterv":30})");
-    // Only the receivers that are set; a full third one reads on into the title.
-    ExpectTable(
-        VIEW_OF(KZDEV_MAIL_CFG), "Email",
-        R"({"secureMode":2,"receivers":["","b@x",")" + std::string(128, 'r') + R"("],"title":"T",
-                    "anonymous":1,"enable":2,"sendInterval":65535})",
-        R"({"Enable":false,"SslEnable":false,"TlsEnable":true,"Address":"","Port":0,"UserName":"",
-                    "Password":"","Anonymous":true,"SendAddress":"","Receivers":[null,"b@x",")" +
-            std::string(128, 'r') + R"(T"],"Title":"T","AttachEnable":false,"SendInterv":65535})");
-    ExpectTable(
-        VIEW_OF(KZDEV_MAIL_CFG), "Email", R"({"secureMode":3})",
-        R"({"Enable":false,"SslEnable":false,"TlsEnable":false,"Address":"","Port":0,"UserName":"",
-                    "Password":"","Anonymous":false,"SendAddress":"","Title":"","AttachEnable":false,"SendInterv":0})");
-
-    ExpectTable(
-        VIEW_OF(KZDEV_ALARMCENTER_CFG), "AlarmServer",
-        R"({"enable":1,"address":"10.0.0.9","port":7200,"reportEnable":1,"reportDay":1,"reportHour":23})",
-        R"({"Enable":true,"Address":"10.0.0.9","Port":7200,"ReportWeekDay":7,"ReportTime":"23:0:0"})");
-
-    ExpectTable(
-        VIEW_OF(KZDEV_NET_CFG), "PPPoE",
-        R"({"pppoeEnable":1,"pppoeUserName":"dsl-user","pppoePassword":")" + std::string(32, 'p') +
-            R"("})",
-        R"({"Enable":true,"UserName":"dsl-user","Password":")" + std::string(32, 'p') + R"("})");
-    ExpectTable(VIEW_OF(KZDEV_NET_CFG), "PPPoE", R"({"pppoeEnable":2})",
-                R"({"Enable":false,"UserName":"","Password":""})");
-
     const std::string ntp =
         R"({"enable":1,"port":123,"ipAddress":"192.168.1.1","domainName":"pool.example.org",
-                                "updatePeriod":10,"timeZone":13,"addressType":)";
+            "updatePeriod":10,"timeZone":13,"addressType":)";
     const std::string ntpTable =
         R"({"Enable":true,"TimeZone":13,"Port":123,"UpdatePeriod":10,"Address":)";
-    ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "0}", ntpTable + R"("192.168.1.1"})");
-    ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "1}", ntpTable + R"("pool.example.org"})");
-    ExpectTable(VIEW_OF(KZDEV_NTP_CFG), "NTP", ntp + "2}", ntpTable + R"(""})");
+    struct Case {
+        const char *type, *section;
+        std::string record, table;
+    };
+    const Case cases[] = {
+        // DDNS: the old provider name, minutes of keep-alive rounded down (unsigned), the user name
+        // and the password read on into the fields after them with the width of a host name.
+        {"KZDEV_MULTI_DDNS_CFG", "DDNS", "{}", "null"},
+        {"KZDEV_MULTI_DDNS_CFG", "DDNS",
+         R"({"serverCount":3,"servers":[{"keepAlive":-60,"protocol":"TORVA DDNS2"},
+             {"protocol":"torva ddns","keepAlive":119,"defaultHostNameInUse":1,"defaultHostName":"d"},
+             {"enable":2,"protocol":")" +
+             std::string(32, 'P') + R"(","address":")" + std::string(256, 'a') +
+             R"(","userName":")" + k64u + R"(","password":")" + k64p + R"(","keepAlive":1094795585,
+             "defaultHostNameInUse":2,"defaultHostName":"unused"}]})",
+         R"([{"Enable":false,"Protocol":"TORVA DDNS2","Address":"","Port":0,"UserName":"","Password":"",
+             "KeepAlive":71582787,"HostName":"","DefaultHostName":{"Enable":false,"HostName":""},
+             "EmailAddress":""},
+             {"Enable":false,"Protocol":"KZDDNS","Address":"","Port":0,"UserName":"","Password":"",
+             "KeepAlive":1,"HostName":"","DefaultHostName":{"Enable":true,"HostName":"d"},"EmailAddress":""},
+             {"Enable":false,"Protocol":")" +
+             std::string(32, 'P') + R"(","Address":")" + std::string(256, 'a') +
+             R"(","Port":0,"UserName":")" + k64u + k64p + R"(AAAA\u0002unused","Password":")" +
+             k64p + R"(AAAA\u0002unused","KeepAlive":18246593,"HostName":"",
+             "DefaultHostName":{"Enable":false,"HostName":""},"EmailAddress":""}])"},
+        {"KZDEV_IPIFILTER_CFG", "AccessFilter",
+         R"({"enable":1,"listType":1,"bannedCount":2,"bannedAddresses":["10.0.0.1","1111111111111111"]})",
+         R"({"Enable":true,"Type":"BannedList","TrustList":[],"BannedList":["10.0.0.1","1111111111111111"]})"},
+        {"KZDEV_IPIFILTER_CFG", "AccessFilter",
+         R"({"enable":2,"listType":2,"trustedCount":1,"trustedAddresses":["192.168.1.0"]})",
+         R"({"Enable":false,"TrustList":["192.168.1.0"],"BannedList":[]})"},
+        // Only the receivers that are set; a full third one reads on into the title.
+        {"KZDEV_MAIL_CFG", "Email",
+         R"({"secureMode":1,"receivers":["","b@x",")" + std::string(128, 'r') + R"("],"title":"T",
+             "anonymous":1,"enable":2,"sendInterval":65535})",
+         R"({"Enable":false,"SslEnable":true,"TlsEnable":false,"Address":"","Port":0,"UserName":"",
+             "Password":"","Anonymous":true,"SendAddress":"","Receivers":[null,"b@x",")" +
+             std::string(128, 'r') + R"(T"],"Title":"T","AttachEnable":false,"SendInterv":65535})"},
+        {"KZDEV_NET_CFG", "PPPoE",
+         R"({"pppoeEnable":2,"pppoePassword":")" + k64p.substr(32) + R"("})",
+         R"({"Enable":false,"UserName":"","Password":")" + k64p.substr(32) + R"("})"},
+        {"KZDEV_NTP_CFG", "NTP", ntp + "1}", ntpTable + R"("pool.example.org"})"},
+        {"KZDEV_NTP_CFG", "NTP", ntp + "2}", ntpTable + R"(""})"},
+    };
+    for (const Case& c : cases) view::ExpectPacket(c.type, c.section, c.record, c.table);
 }
 
 TEST(NetworkServices, ListsStopAtTheRecordsCapacity) {
@@ -164,11 +124,9 @@ TEST(AlarmServer, ReportDayBothWays) {
         auto cfg = support::Zeroed<KZDEV_ALARMCENTER_CFG>();
         cfg->reportEnable = c.reportEnable;
         cfg->reportDay = c.reportDay;
-        cfg->reportHour = -1;
-        const Json::Value table = Packet("AlarmServer", cfg.get()).table();
-        EXPECT_EQ(table.get("ReportWeekDay", "").asString(), c.weekDay)
+        EXPECT_EQ(Packet("AlarmServer", cfg.get()).table().get("ReportWeekDay", "").asString(),
+                  c.weekDay)
             << c.reportEnable << " " << c.reportDay;
-        EXPECT_EQ(table["ReportTime"], "-1:0:0");
     }
 
     const std::string seed =
@@ -223,12 +181,9 @@ TEST(Ddns, ParseKeepsTheDevicesBoundsAndClears) {
     EXPECT_EQ(std::string(s.password, 40),
               std::string("xy") + std::string(14, '\0') + std::string(24, 'p'));
     EXPECT_EQ(std::string(s.defaultHostName, 30), std::string(16, '\0') + std::string(14, 'h'));
-    EXPECT_EQ(std::string(s.address, 20), std::string("ddns.example.org") + std::string(4, '\0'));
-
-    for (const char* notAList : {R"({"0":{"Port":1}})", "[]"}) {
-        ExpectParse(VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", notAList, 1,
-                    R"({"serverCount":0})");
-    }
+    // An object is not a list, whatever its size.
+    ExpectParse(VIEW_OF(KZDEV_MULTI_DDNS_CFG), seed, "DDNS", R"({"0":{"Port":1}})", 1,
+                R"({"serverCount":0})");
 }
 
 TEST(AccessFilter, ParseResetsBothCounts) {
@@ -265,7 +220,6 @@ TEST(Email, ParseStopsAtTheFirstMissingKey) {
         std::string table, changes;
     };
     const Case cases[] = {
-        {"{}", "{}"},
         {R"({"SslEnable":true,"Address":"a"})", "{}"},
         {R"({"Enable":true,"Address":"smtp.example.com","UserName":"u"})",
          R"({"enable":1,"secureMode":0,"address":"smtp.example.com"})"},

@@ -75,6 +75,15 @@ std::unique_ptr<Record> ExpectParse(Typed<Record> type, const std::string& seed,
     return record;
 }
 
+// Packs a zero record of the named type with the fields that the view names set: the table must
+// be as given.
+inline void ExpectPacket(const char* type, const char* section, const std::string& fields,
+                         const std::string& table) {
+    const std::vector<unsigned char> record = Bytes(type, fields);
+    EXPECT_EQ(support::Packet(section, record.data()).table(), support::ParseJson(table))
+        << section << " " << fields;
+}
+
 }  // namespace view
 
 #endif

@@ -15,9 +15,6 @@ TEST(Wlan, PacketWritesTheWordsOfTheIndexes) {
         std::string record, wlan0;
     };
     const Case cases[] = {
-        {R"({"ssid":"office","linkMode":2,"encryption":11,"keyType":1,"keyId":1,"keys":["k0","k1"],"keyFlag":2})",
-         R"({"Enable":true,"SSID":"office","LinkMode":"Infrastructure","Encryption":"WPA2-PSK-AES","KeyType":"ASCII",
-             "KeyID":1,"Keys":["k0","k1","",""],"KeyFlag":true})"},
         // Indexes out of their tables write ""; a full network name and a full last key read on into the
         // next field.
         {R"({"disabled":1,"ssid":")" + std::string(36, 's') +
