@@ -124,9 +124,11 @@ TEST(AlarmServer, ReportDayBothWays) {
         auto cfg = support::Zeroed<KZDEV_ALARMCENTER_CFG>();
         cfg->reportEnable = c.reportEnable;
         cfg->reportDay = c.reportDay;
-        EXPECT_EQ(Packet("AlarmServer", cfg.get()).table().get("ReportWeekDay", "").asString(),
-                  c.weekDay)
+        cfg->reportHour = -1;  // the hour is signed: "%d:0:0"
+        const Json::Value table = Packet("AlarmServer", cfg.get()).table();
+        EXPECT_EQ(table.get("ReportWeekDay", "").asString(), c.weekDay)
             << c.reportEnable << " " << c.reportDay;
+        EXPECT_EQ(table["ReportTime"], "-1:0:0");
     }
 
     const std::string seed =

@@ -183,6 +183,24 @@ TEST(TableShapes, F5TextOfTheWrongShape) {
     }
 }
 
+// An interface named like another key of the table ("Hostname") is written only where the table
+// holds an object: the host name stays, the other interfaces are written, nothing throws.
+TEST(TableShapes, InterfaceNamedLikeAnotherKey) {
+    auto cfg = support::Zeroed<KZDEV_NETWORK_CFG>();
+    support::SetText(cfg->hostName, "nvr");
+    cfg->interfaceCount = 2;
+    support::SetText(cfg->interfaces[0].name, "Hostname");
+    support::SetText(cfg->interfaces[0].ipAddress, "10.0.0.2");
+    cfg->interfaces[0].isDefault = 1;
+    support::SetText(cfg->interfaces[1].name, "eth0");
+    support::Envelope envelope;
+    ASSERT_NO_THROW(envelope = support::Packet("Network", cfg.get()));
+    ASSERT_TRUE(envelope.result());
+    EXPECT_EQ(envelope.table()["Hostname"], "nvr");
+    EXPECT_EQ(envelope.table()["DefaultInterface"], "Hostname");
+    EXPECT_TRUE(envelope.table()["eth0"].isObject());
+}
+
 // Value conversions keep the library's rules, whatever the shape rule reads as absent.
 TEST(TableShapes, AbsentTableValueIsNotAnError) {
     auto rtsp = support::Zeroed<KZDEV_RTSP_CFG>();
