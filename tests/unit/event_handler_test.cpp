@@ -194,14 +194,15 @@ TEST(EventHandlerF5Parse, PtzResetPastTheEndGrowsTheListAndANonArrayTourIsPassed
 }
 
 // What the record conversions carry: W, a whole field; F, the first 16 bytes of a channel array.
+// clang-format off
 #define PROTOFIX_CARRIED(W, F)                                                                 \
-    W(actionMask)                                                                              \
-    W(actionFlags) W(alarmOutLatch) W(recordLatch) W(eventLatch) W(matrixMask) W(messageToNet) \
-        W(mmsEnable) W(snapshotTimes) W(matrixEnable) W(logEnable) W(snapshotPeriod)           \
-            W(attachmentType) W(attachmentMaxSize) W(attachmentMaxTime) F(alarmOutChannels)    \
-                F(recordChannels) F(snapshotChannels) F(tourChannels) F(auxOutChannels)
+    W(actionMask) W(actionFlags) W(alarmOutLatch) W(recordLatch) W(eventLatch) W(matrixMask)   \
+    W(messageToNet) W(mmsEnable) W(snapshotTimes) W(matrixEnable) W(logEnable)                 \
+    W(snapshotPeriod) W(attachmentType) W(attachmentMaxSize) W(attachmentMaxTime)              \
+    F(alarmOutChannels) F(recordChannels) F(snapshotChannels) F(tourChannels) F(auxOutChannels)
 #define PROTOFIX_WHOLE(f) want->f = from->f;
 #define PROTOFIX_FIRST16(f) std::memcpy(want->f, from->f, KZ_MSG_HANDLE_CHANNELS);
+// clang-format on
 
 // Every other byte of the target, the PTZ links included, keeps its 0xEE.
 template <class From, class To>
