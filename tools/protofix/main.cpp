@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -96,26 +97,29 @@ bool ParseInteger(const std::string& option, const std::string& text, long long 
     return true;
 }
 
+// A whole-number request option, when given: checked, stored and named in options.given.
+template <class Field>
+bool ReadNumberOption(const CLI::Option* option, const std::string& text, Field& field,
+                      Options& options, Failure& failure) {
+    if (option->count() == 0) return true;
+    long long number = 0;
+    const std::string name = option->get_name();
+    if (!ParseInteger(name, text, std::numeric_limits<Field>::min(),
+                      std::numeric_limits<Field>::max(), number, failure)) {
+        return false;
+    }
+    field = static_cast<Field>(number);
+    options.given.push_back(name);
+    return true;
+}
+
 // The checked request options, and the names of those that were given.
 bool ReadRawOptions(const RawOptions& raw, const CommonOptions& added, Options& options,
                     Failure& failure) {
-    long long number = 0;
-    if (added.channel->count() > 0) {
-        if (!ParseInteger("--channel", raw.channel, INT_MIN, INT_MAX, number, failure))
-            return false;
-        options.channel = static_cast<int>(number);
-        options.given.emplace_back("--channel");
-    }
-    if (added.id->count() > 0) {
-        if (!ParseInteger("--id", raw.id, 0, UINT_MAX, number, failure)) return false;
-        options.id = static_cast<unsigned int>(number);
-        options.given.emplace_back("--id");
-    }
-    if (added.subMode->count() > 0) {
-        if (!ParseInteger("--sub-mode", raw.subMode, INT_MIN, INT_MAX, number, failure))
-            return false;
-        options.subMode = static_cast<int>(number);
-        options.given.emplace_back("--sub-mode");
+    if (!ReadNumberOption(added.channel, raw.channel, options.channel, options, failure) ||
+        !ReadNumberOption(added.id, raw.id, options.id, options, failure) ||
+        !ReadNumberOption(added.subMode, raw.subMode, options.subMode, options, failure)) {
+        return false;
     }
     if (added.standard->count() > 0) {
         std::string word = raw.standard;
