@@ -1,5 +1,6 @@
 // "Encode" through the request API: the stream formats in record mode with the length checks, the
 // snapshot formats, and the earlier protocol's encode text.
+#include "overlay_support.h"
 #include "request_support.h"
 
 #include <algorithm>
@@ -9,16 +10,6 @@
 using support::ParseJson;
 
 namespace {
-
-// A buffer of exactly `length` bytes that holds the start of an encode record.
-struct EncodeBytes {
-    explicit EncodeBytes(int length) : bytes(new unsigned char[length]), length(length) {
-        std::memset(bytes.get(), 0, length);
-    }
-    KZDEV_ENCODE_CFG* cfg() { return reinterpret_cast<KZDEV_ENCODE_CFG*>(bytes.get()); }
-    std::unique_ptr<unsigned char[]> bytes;
-    int length;
-};
 
 support::Envelope PacketEncode(void* input, int length, int standard = PROTOFIX_STANDARD_PAL,
                                int mode = PROTOFIX_MODE_RECORD) {
@@ -110,8 +101,8 @@ TEST(EncodeRecordLengths, PacketAndParse) {
     };
     for (const Packet& c : {Packet{408, false, false, false}, Packet{409, false, true, false},
                             Packet{463, false, true, false}, Packet{464, true, true, true}}) {
-        EncodeBytes record(c.length);
-        const support::Envelope envelope = PacketEncode(record.cfg(), c.length);
+        std::vector<unsigned char> record(c.length);
+        const support::Envelope envelope = PacketEncode(record.data(), c.length);
         EXPECT_EQ(envelope.result(), c.result) << c.length;
         EXPECT_EQ(envelope.table().isMember("ExtraFormat"), c.streams) << c.length;
         EXPECT_EQ(envelope.table().isMember("SnapFormat"), c.snaps) << c.length;
@@ -124,14 +115,15 @@ TEST(EncodeRecordLengths, PacketAndParse) {
     };
     for (const Parse& c : {Parse{408, -1, 0, 9, 9}, Parse{409, -1, 1, 9, 9},
                            Parse{464, -1, 1, 9, 9}, Parse{465, 1, 1, 1, 2}}) {
-        EncodeBytes record(c.length);
+        std::vector<unsigned char> bytes(c.length);
+        auto* record = reinterpret_cast<KZDEV_ENCODE_CFG*>(bytes.data());
         const bool snapInBuffer = c.length >= 417;
-        if (snapInBuffer) record.cfg()->snapEnable = record.cfg()->snapFormat[0].fps = 9;
-        EXPECT_EQ(ParseEncode(table, record.cfg(), c.length), c.result) << c.length;
-        EXPECT_EQ(record.cfg()->extraFormat[0].videoEnable, c.videoEnable) << c.length;
+        if (snapInBuffer) record->snapEnable = record->snapFormat[0].fps = 9;
+        EXPECT_EQ(ParseEncode(table, record, c.length), c.result) << c.length;
+        EXPECT_EQ(record->extraFormat[0].videoEnable, c.videoEnable) << c.length;
         if (!snapInBuffer) continue;
-        EXPECT_EQ(record.cfg()->snapEnable, c.snapEnable) << c.length;
-        EXPECT_EQ(record.cfg()->snapFormat[0].fps, c.fps) << c.length;
+        EXPECT_EQ(record->snapEnable, c.snapEnable) << c.length;
+        EXPECT_EQ(record->snapFormat[0].fps, c.fps) << c.length;
     }
 }
 
@@ -250,28 +242,11 @@ TEST(EncodeTextPacket, EarlierTextBecomesTheTable) {
         PacketEncode(const_cast<char*>("{\"Encode\":"), 0, 0, PROTOFIX_MODE_TEXT).result());
 }
 
-struct TextBuffer {
-    TextBuffer(const std::string& text, std::size_t capacity) : bytes(capacity, '#') {
-        std::copy_n(text.begin(), std::min(text.size(), capacity), bytes.begin());
-        if (text.size() < capacity) bytes[text.size()] = '\0';
-    }
-    int Merge(const std::string& table) {
-        return ParseEncode(table, bytes.data(), static_cast<int>(bytes.size()), 0,
-                           PROTOFIX_MODE_TEXT);
-    }
-    Json::Value Document() const {
-        return ParseJson(std::string(bytes.data(), strnlen(bytes.data(), bytes.size())));
-    }
-    std::vector<char> bytes;
-};
-
 // Only present keys are merged, and only the keys the earlier text has a place for; nothing is
 // created for an absent one, and a value of another kind on the way is left alone.
 TEST(EncodeTextParse, TableMergesIntoTheEarlierText) {
     struct Case {
-        const char* old;
-        const char* table;
-        const char* merged;
+        const char *old, *table, *merged;
     };
     const Case cases[] = {
         {R"({"Encode":{"Audio":{"Format":"G711A"},"MainFormat":[{"VideoEn":0,"Video":{"FPS":25,"Own":1}}]},"Other":1})",
@@ -289,15 +264,13 @@ TEST(EncodeTextParse, TableMergesIntoTheEarlierText) {
         {R"({"Keep":[]})", "[1,2]", R"({"Keep":[]})"},
     };
     for (const Case& c : cases) {
-        TextBuffer buffer(c.old, 512);
-        EXPECT_EQ(buffer.Merge(c.table), 1) << c.table;
+        support::F5Buffer buffer(c.old);
+        EXPECT_EQ(buffer.Merge("Encode", c.table), 1) << c.table;
         EXPECT_EQ(buffer.Document(), ParseJson(c.merged)) << c.table;
     }
-    // A merged text longer than the buffer is refused, and the buffer keeps its text.
-    TextBuffer small(R"({"Encode":{}})", 20);
-    const std::vector<char> before = small.bytes;
-    EXPECT_EQ(small.Merge(R"({"MainFormat":[{"VideoEnable":true}]})"), -1);
-    EXPECT_EQ(small.bytes, before);
+    overlay_support::ExpectCapacityRule(
+        "Encode", R"({"Encode":{}})", R"({"MainFormat":[{"VideoEnable":true}]})",
+        support::Written(R"({"Encode":{"MainFormat":[{"VideoEn":1}]}})"));
 }
 
 }  // namespace

@@ -1,73 +1,99 @@
-// Media and picture words: every code and word of each table, both standards of the image sizes,
-// and the failure value of each converter.
+// Media and picture words: every code and word of each table, the failure value of each way, and
+// the image sizes under both standards.
 #include "request_support.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using Fix = CReqConfigProtocolFix;
 
-// A code table: the words of codes first..first+size-1.
-struct Words {
+enum Kind { kProfile, kControl, kAudio, kCompression, kBalance, kSignal };
+
+// The word of a code; for video compression "kept" when the target is left as it was.
+std::string Word(Kind kind, int code) {
+    const auto byte = static_cast<unsigned char>(code);
+    Json::Value target = "kept";
+    switch (kind) {
+        case kProfile: return Fix::Video_H264(code);
+        case kControl: return Fix::Video_BitRateControl(code);
+        case kAudio: return Fix::Audio_Compression(code);
+        case kBalance: return Fix::ConvertWhiteBalanceToString(byte);
+        case kSignal: return Fix::ConvertSignalFormatToString(byte);
+        case kCompression: break;
+    }
+    ConvertVideoCompressionEnumToJson(static_cast<tagNET_EM_VIDEO_COMPRESSION>(code), target);
+    return target.asString();
+}
+
+int Code(Kind kind, const std::string& word) {
+    switch (kind) {
+        case kProfile: return Fix::Video_H264(word);
+        case kControl: return Fix::Video_BitRateControl(word);
+        case kAudio: return Fix::Audio_Compression(word);
+        case kBalance: return Fix::ConvertWhiteBalanceToByte(word);
+        case kSignal: return Fix::ConvertSignalFormatToByte(word);
+        case kCompression: break;
+    }
+    return ConvertVideoCompressionJsonToEnum(Json::Value(word));
+}
+
+// One converter each way: the words of codes first, first + 1, ...; then codes and words outside
+// the table (or matched in another case) with what they give.
+struct Converter {
+    Kind kind;
     int first;
     std::vector<std::string> words;
+    std::vector<std::pair<int, std::string>> otherCodes;
+    std::vector<std::pair<std::string, int>> otherWords;
 };
 
-TEST(MediaWords, CodesToWordsAndBack) {
-    const Words profile{1, {"Baseline", "Main", "Extended", "High"}};
-    const Words control{0, {"CBR", "VBR"}};
-    const Words audio{0, {"G.711A", "PCM", "G.711Mu", "AMR", "AAC"}};
-    for (std::size_t i = 0; i < 4; ++i) {
-        const int code = profile.first + static_cast<int>(i);
-        EXPECT_EQ(Fix::Video_H264(code), profile.words[i]);
-        EXPECT_EQ(Fix::Video_H264(profile.words[i]), code);
+TEST(MediaWords, EveryCodeAndWordBothWays) {
+    const Converter converters[] = {
+        {kProfile,
+         1,
+         {"Baseline", "Main", "Extended", "High"},
+         {{-1, ""}, {0, ""}, {5, ""}, {1 << 30, ""}},
+         {{"high", 4}, {"bASELINE", 1}, {"", -1}, {"High ", -1}, {"H", -1}}},
+        {kControl, 0, {"CBR", "VBR"}, {{-1, ""}, {2, ""}}, {{"cbr", -1}, {"", -1}, {"CBR ", -1}}},
+        {kAudio,
+         0,
+         {"G.711A", "PCM", "G.711Mu", "AMR", "AAC"},
+         {{-1, ""}, {5, ""}},
+         {{"G711A", 0}, {"aac", 0}, {"", 0}}},
+        {kCompression,
+         0,
+         {"MPEG4", "MS-MPEG4", "MPEG2", "MPEG1", "H.263", "MJPG", "FCC-MPEG4", "H.264", "H.265",
+          "SVAC"},
+         {{-1, "kept"}, {10, "kept"}},
+         {{"h.264", -1}, {"H264", -1}}},
+        {kBalance,
+         0,
+         {"Disable", "Auto", "Custom", "Sunny", "Cloudy", "Home", "Office", "Night",
+          "HighColorTemperature", "LowColorTemperature", "AutoColorTemperature",
+          "CustomColorTemperature"},
+         {{12, "Disable"}, {255, "Disable"}},
+         {{"night", 0}, {"", 0}, {"Night ", 0}}},
+        {kSignal,
+         0,
+         {"Inside", "BT656", "720p", "1080p", "1080i", "1080sF"},
+         {{6, "Inside"}, {255, "Inside"}},
+         {{"4K", 0}, {"1080P", 0}, {"bt656", 0}}},
+    };
+    for (const Converter& c : converters) {
+        SCOPED_TRACE(c.kind);
+        for (std::size_t i = 0; i < c.words.size(); ++i) {
+            EXPECT_EQ(Word(c.kind, c.first + static_cast<int>(i)), c.words[i]);
+            EXPECT_EQ(Code(c.kind, c.words[i]), c.first + static_cast<int>(i));
+        }
+        for (const auto& [code, word] : c.otherCodes) EXPECT_EQ(Word(c.kind, code), word) << code;
+        for (const auto& [word, code] : c.otherWords) EXPECT_EQ(Code(c.kind, word), code) << word;
     }
-    for (std::size_t i = 0; i < 2; ++i) {
-        EXPECT_EQ(Fix::Video_BitRateControl(static_cast<int>(i)), control.words[i]);
-        EXPECT_EQ(Fix::Video_BitRateControl(control.words[i]), static_cast<int>(i));
-    }
-    for (std::size_t i = 0; i < 5; ++i) {
-        EXPECT_EQ(Fix::Audio_Compression(static_cast<int>(i)), audio.words[i]);
-        EXPECT_EQ(Fix::Audio_Compression(audio.words[i]), static_cast<int>(i));
-    }
-}
-
-// Unknown codes give empty words (negative codes included); unknown words give -1, except audio,
-// which reads an unknown word as its first code. Only the profile ignores case.
-TEST(MediaWords, UnknownCodesAndWords) {
-    for (int code : {-1, 0, 5, 1 << 30}) EXPECT_EQ(Fix::Video_H264(code), "") << code;
-    for (int code : {-1, 2, 255}) EXPECT_EQ(Fix::Video_BitRateControl(code), "") << code;
-    for (int code : {-1, 5}) EXPECT_EQ(Fix::Audio_Compression(code), "") << code;
-    const std::pair<const char*, int> profiles[] = {
-        {"high", 4}, {"bASELINE", 1}, {"", -1}, {"High ", -1}, {"H", -1}};
-    for (const auto& [word, code] : profiles)
-        EXPECT_EQ(Fix::Video_H264(std::string(word)), code) << word;
-    for (const char* word : {"cbr", "", "CBR "})
-        EXPECT_EQ(Fix::Video_BitRateControl(std::string(word)), -1) << word;
-    for (const char* word : {"G711A", "aac", ""})
-        EXPECT_EQ(Fix::Audio_Compression(std::string(word)), 0) << word;
-}
-
-TEST(MediaWords, VideoCompression) {
-    const char* const words[] = {"MPEG4", "MS-MPEG4",  "MPEG2", "MPEG1", "H.263",
-                                 "MJPG",  "FCC-MPEG4", "H.264", "H.265", "SVAC"};
-    for (int code = 0; code < 10; ++code) {
-        Json::Value target = 5;
-        ConvertVideoCompressionEnumToJson(static_cast<tagNET_EM_VIDEO_COMPRESSION>(code), target);
-        EXPECT_EQ(target, words[code]);
-        EXPECT_EQ(ConvertVideoCompressionJsonToEnum(Json::Value(words[code])), code);
-    }
-    for (int code : {-1, 10, 255}) {
-        Json::Value target = "kept";
-        ConvertVideoCompressionEnumToJson(static_cast<tagNET_EM_VIDEO_COMPRESSION>(code), target);
-        EXPECT_EQ(target, "kept") << code;
-    }
-    // Exact comparison; a number is compared as its text; null as the empty text.
-    for (const Json::Value& word :
-         {Json::Value("h.264"), Json::Value("H264"), Json::Value(7), Json::Value()})
-        EXPECT_EQ(ConvertVideoCompressionJsonToEnum(word), -1) << word;
+    // A number is compared as its text, null as the empty text.
+    EXPECT_EQ(ConvertVideoCompressionJsonToEnum(Json::Value(7)), -1);
+    EXPECT_EQ(ConvertVideoCompressionJsonToEnum(Json::Value()), -1);
 }
 
 // Known words are translated, anything else copied (numbers keep their kind); null returns 0
@@ -75,68 +101,32 @@ TEST(MediaWords, VideoCompression) {
 TEST(MediaWords, AudioFormatsOfTheEarlierProtocol) {
     struct Case {
         bool toTable;
-        Json::Value in;
-        Json::Value out;
+        Json::Value in, out;
     };
-    const Case cases[] = {
-        {true, "G711A", "G.711A"},
-        {true, "G711U", "G.711Mu"},
-        {true, "AAC", "AAC"},
-        {true, "G.711A", "G.711A"},
-        {true, 5, 5},
-        {false, "G.711A", "G711A"},
-        {false, "G.711Mu", "G711U"},
-        {false, "G711U", "G711U"},
-        {false, "g.711a", "g.711a"},
+    const Case cases[] = {{true, "G711A", "G.711A"},
+                          {true, "G711U", "G.711Mu"},
+                          {true, "AAC", "AAC"},
+                          {true, "G.711A", "G.711A"},
+                          {true, 5, 5},
+                          {false, "G.711A", "G711A"},
+                          {false, "G.711Mu", "G711U"},
+                          {false, "G711U", "G711U"},
+                          {false, "g.711a", "g.711a"}};
+    const auto convert = [](bool toTable, const Json::Value& in, Json::Value& out) {
+        return toTable ? Fix::ConvertAudioFormatF5ToF6(in, out)
+                       : Fix::ConvertAudioFormatF6ToF5(in, out);
     };
     for (const Case& c : cases) {
-        Json::Value out = "old";
-        const int r = c.toTable ? Fix::ConvertAudioFormatF5ToF6(c.in, out)
-                                : Fix::ConvertAudioFormatF6ToF5(c.in, out);
-        EXPECT_EQ(r, 1) << c.in;
-        EXPECT_EQ(out, c.out) << c.in;
-        Json::Value same = c.in;
-        c.toTable ? Fix::ConvertAudioFormatF5ToF6(same, same)
-                  : Fix::ConvertAudioFormatF6ToF5(same, same);
-        EXPECT_EQ(same, c.out) << c.in;
+        SCOPED_TRACE(c.in.toStyledString());
+        Json::Value out = "old", same = c.in;
+        EXPECT_EQ(convert(c.toTable, c.in, out), 1);
+        EXPECT_EQ(out, c.out);
+        convert(c.toTable, same, same);
+        EXPECT_EQ(same, c.out);
+        Json::Value kept = "old";
+        EXPECT_EQ(convert(c.toTable, Json::Value(), kept), 0);
+        EXPECT_EQ(kept, "old");
     }
-    Json::Value out = "old";
-    EXPECT_EQ(Fix::ConvertAudioFormatF5ToF6(Json::Value(), out), 0);
-    EXPECT_EQ(Fix::ConvertAudioFormatF6ToF5(Json::Value(), out), 0);
-    EXPECT_EQ(out, "old");
-}
-
-// Unknown codes give the first word, unknown words the first code; comparisons are exact.
-TEST(MediaWords, WhiteBalanceAndSignalFormat) {
-    const char* const balance[] = {"Disable",
-                                   "Auto",
-                                   "Custom",
-                                   "Sunny",
-                                   "Cloudy",
-                                   "Home",
-                                   "Office",
-                                   "Night",
-                                   "HighColorTemperature",
-                                   "LowColorTemperature",
-                                   "AutoColorTemperature",
-                                   "CustomColorTemperature"};
-    const char* const signal[] = {"Inside", "BT656", "720p", "1080p", "1080i", "1080sF"};
-    for (unsigned char code = 0; code < 12; ++code) {
-        EXPECT_EQ(Fix::ConvertWhiteBalanceToString(code), balance[code]);
-        EXPECT_EQ(Fix::ConvertWhiteBalanceToByte(balance[code]), code);
-    }
-    for (unsigned char code = 0; code < 6; ++code) {
-        EXPECT_EQ(Fix::ConvertSignalFormatToString(code), signal[code]);
-        EXPECT_EQ(Fix::ConvertSignalFormatToByte(signal[code]), code);
-    }
-    for (int code : {12, 255})
-        EXPECT_EQ(Fix::ConvertWhiteBalanceToString(static_cast<unsigned char>(code)), "Disable");
-    for (int code : {6, 255})
-        EXPECT_EQ(Fix::ConvertSignalFormatToString(static_cast<unsigned char>(code)), "Inside");
-    for (const char* word : {"night", "", "Night "})
-        EXPECT_EQ(Fix::ConvertWhiteBalanceToByte(word), 0) << word;
-    for (const char* word : {"4K", "1080P", "bt656"})
-        EXPECT_EQ(Fix::ConvertSignalFormatToByte(word), 0) << word;
 }
 
 // The image sizes by code: PAL and NTSC sizes (one size where they are the same).
@@ -159,43 +149,38 @@ TEST(MediaWords, ImageSizesUnderBothStandards) {
     for (int code = 0; code <= 32; ++code) {
         const Size& s = kSizes[code];
         for (int standard : {0, 1}) {
+            SCOPED_TRACE(std::to_string(code) + " standard " + std::to_string(standard));
             const int height = standard == 0 ? s.palHeight : s.ntscHeight;
-            int size = -7;
+            int size = -7, w = -1, h = -1;
             Fix::Video_WHTo_ImageSize(size, standard, s.width, height);
-            EXPECT_EQ(size, code) << standard;
-            int width = -1, h = -1;
-            Fix::Video_ImageSize_ToWH(code, standard, width, h);
-            EXPECT_EQ(width, s.width) << code;
-            // Code 28 always gives its PAL size.
-            EXPECT_EQ(h, code == 28 ? 576 : height) << code << " standard " << standard;
+            EXPECT_EQ(size, code);
+            Fix::Video_ImageSize_ToWH(code, standard, w, h);
+            EXPECT_EQ(w, s.width);
+            EXPECT_EQ(h, code == 28 ? 576 : height);  // code 28 always gives its PAL size
         }
     }
 }
 
+// To a code: the standard-dependent rows need exactly 0 or 1, no row leaves the code. To a size:
+// any standard but 0 reads NTSC heights; an unknown code writes nothing.
 TEST(MediaWords, ImageSizeEdges) {
     struct Case {
-        int standard, width, height, expected;
+        int standard, width, height, code;
     };
-    const Case toCode[] = {
-        {2, 704, 576, -7},  {-1, 352, 480, -7}, {2, 1920, 1080, 18},  // no standard row for 2
-        {0, 1280, 721, -7}, {0, 704, 480, -7},  {1, 960, 576, -7},   {1, 960, 480, 28},
-    };
+    const Case toCode[] = {{2, 704, 576, -7},  {-1, 352, 480, -7}, {2, 1920, 1080, 18},
+                           {0, 1280, 721, -7}, {0, 704, 480, -7},  {1, 960, 576, -7}};
     for (const Case& c : toCode) {
         int size = -7;
         Fix::Video_WHTo_ImageSize(size, c.standard, c.width, c.height);
-        EXPECT_EQ(size, c.expected) << c.standard << " " << c.width << "x" << c.height;
+        EXPECT_EQ(size, c.code) << c.standard << " " << c.width << "x" << c.height;
     }
-    // Any standard but 0 reads the NTSC heights; unknown codes write nothing.
-    int width = 0, height = 0;
-    Fix::Video_ImageSize_ToWH(0, 2, width, height);
-    EXPECT_EQ(height, 480);
-    Fix::Video_ImageSize_ToWH(3, -1, width, height);
-    EXPECT_EQ(height, 240);
-    for (int code : {33, -1, 255}) {
-        width = height = -3;
-        Fix::Video_ImageSize_ToWH(code, 0, width, height);
-        EXPECT_EQ(width, -3) << code;
-        EXPECT_EQ(height, -3) << code;
+    const Case toSize[] = {
+        {2, 704, 480, 0}, {-1, 352, 240, 3}, {0, -3, -3, 33}, {0, -3, -3, -1}, {0, -3, -3, 255}};
+    for (const Case& c : toSize) {
+        int width = -3, height = -3;
+        Fix::Video_ImageSize_ToWH(c.code, c.standard, width, height);
+        EXPECT_EQ(width, c.width) << c.code;
+        EXPECT_EQ(height, c.height) << c.code << " standard " << c.standard;
     }
 }
 

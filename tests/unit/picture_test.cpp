@@ -1,5 +1,6 @@
 // "VideoColor", "VideoInOptions", "VideoStandard" and "MediaGlobal" through the request API.
-#include "describe/describe.h"
+#include "overlay_support.h"
+#include "record_view.h"
 #include "request_support.h"
 
 #include <algorithm>
@@ -11,20 +12,6 @@ using support::ParseJson;
 using support::Zeroed;
 
 namespace {
-
-// A record at its exact size, its named fields set from the view.
-template <class Record>
-std::unique_ptr<Record> Built(const char* type, const std::string& view) {
-    auto record = Zeroed<Record>();
-    std::string error;
-    const auto* descriptor = protofix::describe::FindDescriptor(type);
-    EXPECT_NE(descriptor, nullptr) << type;
-    if (descriptor != nullptr) {
-        EXPECT_TRUE(protofix::describe::FromJson(*descriptor, ParseJson(view), record.get(), error))
-            << error;
-    }
-    return record;
-}
 
 // The sections that take only record mode refuse text mode, and every section refuses another mode.
 TEST(PictureRefusals, ModesAndMissingRecords) {
@@ -141,9 +128,7 @@ TEST(VideoColorText, PacketFromTheEarlierText) {
 // the way is left alone.
 TEST(VideoColorText, ParseIntoTheEarlierText) {
     struct Case {
-        const char* old;
-        const char* table;
-        const char* merged;
+        const char *old, *table, *merged;
     };
     const Case cases[] = {
         {R"({"Encode":{"VideoColor":{"Brightness":1,"Gamma":3}}})",
@@ -155,24 +140,21 @@ TEST(VideoColorText, ParseIntoTheEarlierText) {
         {R"({"A":1})", "[]", R"({"A":1})"},
     };
     for (const Case& c : cases) {
-        std::vector<char> buffer(256, '#');
-        std::strcpy(buffer.data(), c.old);
-        ASSERT_EQ(Parse("VideoColor", c.table, buffer.data(), 256, PROTOFIX_MODE_TEXT), 1)
-            << c.table;
-        EXPECT_EQ(ParseJson(buffer.data()), ParseJson(c.merged)) << c.table;
+        const overlay_support::Merged merged =
+            overlay_support::MergeF5("VideoColor", c.old, c.table);
+        EXPECT_EQ(merged.result, 1) << c.table;
+        EXPECT_EQ(merged.text, support::Written(c.merged)) << c.table;
     }
-    std::vector<char> small(16, '#');
-    std::strcpy(small.data(), "{}");
-    EXPECT_EQ(Parse("VideoColor", R"({"Brightness":100})", small.data(), 16, PROTOFIX_MODE_TEXT),
-              -1);
-    EXPECT_STREQ(small.data(), "{}");
+    overlay_support::ExpectCapacityRule(
+        "VideoColor", "{}", R"({"Brightness":100})",
+        support::Written(R"({"Encode":{"VideoColor":{"Brightness":100}}})"));
 }
 
 // ---- VideoInOptions ------------------------------------------------------------------------------
 
 // The record to send is read from the output slot; the input slot is not looked at.
 TEST(VideoInOptions, PacketReadsTheOutputSlot) {
-    auto cfg = Built<KZDEV_VIDEOIN_OPTIONS_CFG>("KZDEV_VIDEOIN_OPTIONS_CFG", R"({
+    auto cfg = view::Build(VIEW_OF(KZDEV_VIDEOIN_OPTIONS_CFG), R"({
         "flip":1,"irisAuto":2,"mirror":0,"externalSyncPhase":90,"backlight":3,"externalSync":1000,
         "rotate90":1,"wideDynamicRange":50,"signalFormat":4,"exposureValue1":0.5,"exposureValue2":40.25,
         "exposureSpeed":7,"gainBlue":10,"gainGreen":11,"gainRed":12,"whiteBalance":20,
@@ -205,8 +187,8 @@ TEST(VideoInOptions, PacketReadsTheOutputSlot) {
 TEST(VideoInOptions, ParseKeys) {
     const char* const preset =
         R"({"backlight":4,"signalFormat":3,"nightWhiteBalance":5,"flashMode":6,"flashValue":2})";
-    auto cfg = Built<KZDEV_VIDEOIN_OPTIONS_CFG>("KZDEV_VIDEOIN_OPTIONS_CFG", preset);
-    auto expected = Built<KZDEV_VIDEOIN_OPTIONS_CFG>("KZDEV_VIDEOIN_OPTIONS_CFG", R"({
+    auto cfg = view::Build(VIEW_OF(KZDEV_VIDEOIN_OPTIONS_CFG), preset);
+    auto expected = view::Build(VIEW_OF(KZDEV_VIDEOIN_OPTIONS_CFG), R"({
         "flip":1,"mirror":1,"irisAuto":0,"externalSyncPhase":3,"externalSync":4464,"signalFormat":0,
         "whiteBalance":7,"exposureValue1":0.75,"backlight":4,"nightWhiteBalance":0,"nightExposureValue2":-1.5,
         "nightGain":44,"sunsetHour":20,"flashMode":6,"flashValue":2,"flashPreValue":9})");
@@ -217,11 +199,8 @@ TEST(VideoInOptions, ParseKeys) {
         "FlashControl":{"PreValue":9,"Mode":null}})",
               cfg.get()),
         1);
-    EXPECT_EQ(
-        protofix::describe::ToJson(*protofix::describe::FindDescriptor("KZDEV_VIDEOIN_OPTIONS_CFG"),
-                                   cfg.get()),
-        protofix::describe::ToJson(*protofix::describe::FindDescriptor("KZDEV_VIDEOIN_OPTIONS_CFG"),
-                                   expected.get()));
+    EXPECT_EQ(view::Of(VIEW_OF(KZDEV_VIDEOIN_OPTIONS_CFG), *cfg),
+              view::Of(VIEW_OF(KZDEV_VIDEOIN_OPTIONS_CFG), *expected));
     auto unchanged = support::CopyOf(*expected);
     EXPECT_EQ(Parse("VideoInOptions", R"([{"Flip":false}])", expected.get()), 1);
     EXPECT_TRUE(support::SameBytes(*expected, *unchanged));

@@ -40,27 +40,19 @@ const char* const kTable = R"({
     "CustomTitle":[{"FrontColor":[1,2,3,4],"BackColor":[5,6,7,8],"Rect":[9,10,11,12],
                     "EncodeBlend":true,"PreviewBlend":false}]})";
 
-TEST(VideoWidget, PacketTakesTheEncodeMember) {
+// The table of the text; merged into the same text, it gives the text back as the writer writes it.
+TEST(VideoWidget, PacketAndRoundTrip) {
     const support::Envelope envelope = Packet("VideoWidget", kF5, PROTOFIX_MODE_TEXT);
     EXPECT_TRUE(envelope.result());
     EXPECT_EQ(envelope.table(), ParseJson(kTable));
-}
-
-// The table of a text, merged into the same text, gives the text back as the writer writes it.
-TEST(VideoWidget, RoundTripLeavesTheText) {
-    const Json::Value table = Packet("VideoWidget", kF5, PROTOFIX_MODE_TEXT).table();
     const overlay_support::Merged merged =
-        MergeF5("VideoWidget", kF5, Json::FastWriter().write(table));
+        MergeF5("VideoWidget", kF5, Json::FastWriter().write(envelope.table()));
     EXPECT_EQ(merged.result, 1);
     EXPECT_EQ(merged.text, Written(kF5));
 }
 
 TEST(VideoWidget, PacketEdges) {
-    struct Case {
-        const char* f5;
-        const char* table;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {R"({"Video":{}})", "null"},
         {R"({"Encode":{"ChnTitle":5,"TimeTitle":{}}})", R"({"TimeTitle":{}})"},
         // A colour member missing reads 0; a rectangle of another kind is not written; 1 alone is on.
@@ -71,10 +63,10 @@ TEST(VideoWidget, PacketEdges) {
          R"({"Covers":[{},{"EncodeBlend":true}],"CustomTitle":[]})"},
         {R"({"Encode":{"Covers":[{"EncodeBlend":1}],"UserDefinedOSD":{"OSDs":{"0":{}}}}})", "null"},
     };
-    for (const Case& c : cases) {
-        const support::Envelope envelope = Packet("VideoWidget", c.f5, PROTOFIX_MODE_TEXT);
-        EXPECT_TRUE(envelope.result()) << c.f5;
-        EXPECT_EQ(envelope.table(), ParseJson(c.table)) << c.f5;
+    for (const auto& [f5, table] : cases) {
+        const support::Envelope envelope = Packet("VideoWidget", f5, PROTOFIX_MODE_TEXT);
+        EXPECT_TRUE(envelope.result()) << f5;
+        EXPECT_EQ(envelope.table(), ParseJson(table)) << f5;
     }
     EXPECT_FALSE(Packet("VideoWidget", "{\"Encode\":", PROTOFIX_MODE_TEXT).result());
 }
@@ -83,9 +75,7 @@ TEST(VideoWidget, PacketEdges) {
 // longer; a flag keeps the kind the text gives it.
 TEST(VideoWidget, Merge) {
     struct Case {
-        const char* f5;
-        const char* table;
-        const char* merged;
+        const char *f5, *table, *merged;
     };
     const Case cases[] = {
         {R"({"Encode":{"ChnTitle":{"Show":true},"TimeTitle":{"Show":1}}})",
@@ -119,9 +109,6 @@ TEST(VideoWidget, Merge) {
         EXPECT_EQ(merged.result, 1) << c.f5 << c.table;
         EXPECT_EQ(merged.text, Written(c.merged)) << c.f5 << c.table;
     }
-}
-
-TEST(VideoWidget, MergeRefusals) {
     overlay_support::ExpectCapacityRule("VideoWidget", R"({"Encode":{"ChnTitle":{"Show":1}}})",
                                         R"({"ChannelTitle":{"EncodeBlend":false}})",
                                         Written(R"({"Encode":{"ChnTitle":{"Show":0}}})"));
