@@ -51,37 +51,22 @@ struct Converter {
 };
 
 TEST(MediaWords, EveryCodeAndWordBothWays) {
+    // clang-format off
     const Converter converters[] = {
-        {kProfile,
-         1,
-         {"Baseline", "Main", "Extended", "High"},
-         {{-1, ""}, {0, ""}, {5, ""}, {1 << 30, ""}},
+        {kProfile, 1, {"Baseline", "Main", "Extended", "High"}, {{-1, ""}, {0, ""}, {5, ""}, {1 << 30, ""}},
          {{"high", 4}, {"bASELINE", 1}, {"", -1}, {"High ", -1}, {"H", -1}}},
         {kControl, 0, {"CBR", "VBR"}, {{-1, ""}, {2, ""}}, {{"cbr", -1}, {"", -1}, {"CBR ", -1}}},
-        {kAudio,
-         0,
-         {"G.711A", "PCM", "G.711Mu", "AMR", "AAC"},
-         {{-1, ""}, {5, ""}},
+        {kAudio, 0, {"G.711A", "PCM", "G.711Mu", "AMR", "AAC"}, {{-1, ""}, {5, ""}},
          {{"G711A", 0}, {"aac", 0}, {"", 0}}},
-        {kCompression,
-         0,
-         {"MPEG4", "MS-MPEG4", "MPEG2", "MPEG1", "H.263", "MJPG", "FCC-MPEG4", "H.264", "H.265",
-          "SVAC"},
-         {{-1, "kept"}, {10, "kept"}},
-         {{"h.264", -1}, {"H264", -1}}},
-        {kBalance,
-         0,
-         {"Disable", "Auto", "Custom", "Sunny", "Cloudy", "Home", "Office", "Night",
-          "HighColorTemperature", "LowColorTemperature", "AutoColorTemperature",
-          "CustomColorTemperature"},
-         {{12, "Disable"}, {255, "Disable"}},
-         {{"night", 0}, {"", 0}, {"Night ", 0}}},
-        {kSignal,
-         0,
-         {"Inside", "BT656", "720p", "1080p", "1080i", "1080sF"},
-         {{6, "Inside"}, {255, "Inside"}},
+        {kCompression, 0, {"MPEG4", "MS-MPEG4", "MPEG2", "MPEG1", "H.263", "MJPG", "FCC-MPEG4", "H.264", "H.265", "SVAC"},
+         {{-1, "kept"}, {10, "kept"}}, {{"h.264", -1}, {"H264", -1}}},
+        {kBalance, 0, {"Disable", "Auto", "Custom", "Sunny", "Cloudy", "Home", "Office", "Night", "HighColorTemperature",
+                       "LowColorTemperature", "AutoColorTemperature", "CustomColorTemperature"},
+         {{12, "Disable"}, {255, "Disable"}}, {{"night", 0}, {"", 0}, {"Night ", 0}}},
+        {kSignal, 0, {"Inside", "BT656", "720p", "1080p", "1080i", "1080sF"}, {{6, "Inside"}, {255, "Inside"}},
          {{"4K", 0}, {"1080P", 0}, {"bt656", 0}}},
     };
+    // clang-format on
     for (const Converter& c : converters) {
         SCOPED_TRACE(c.kind);
         for (std::size_t i = 0; i < c.words.size(); ++i) {
@@ -103,15 +88,11 @@ TEST(MediaWords, AudioFormatsOfTheEarlierProtocol) {
         bool toTable;
         Json::Value in, out;
     };
-    const Case cases[] = {{true, "G711A", "G.711A"},
-                          {true, "G711U", "G.711Mu"},
-                          {true, "AAC", "AAC"},
-                          {true, "G.711A", "G.711A"},
-                          {true, 5, 5},
-                          {false, "G.711A", "G711A"},
-                          {false, "G.711Mu", "G711U"},
-                          {false, "G711U", "G711U"},
-                          {false, "g.711a", "g.711a"}};
+    // clang-format off
+    const Case cases[] = {{true, "G711A", "G.711A"}, {true, "G711U", "G.711Mu"}, {true, "AAC", "AAC"},
+                          {true, "G.711A", "G.711A"}, {true, 5, 5}, {false, "G.711A", "G711A"},
+                          {false, "G.711Mu", "G711U"}, {false, "G711U", "G711U"}, {false, "g.711a", "g.711a"}};
+    // clang-format on
     const auto convert = [](bool toTable, const Json::Value& in, Json::Value& out) {
         return toTable ? Fix::ConvertAudioFormatF5ToF6(in, out)
                        : Fix::ConvertAudioFormatF6ToF5(in, out);
@@ -145,7 +126,7 @@ const Size kSizes[] = {
     {160, 90, 90},
 };
 
-TEST(MediaWords, ImageSizesUnderBothStandards) {
+TEST(MediaWords, ImageSizes) {
     for (int code = 0; code <= 32; ++code) {
         const Size& s = kSizes[code];
         for (int standard : {0, 1}) {
@@ -159,11 +140,8 @@ TEST(MediaWords, ImageSizesUnderBothStandards) {
             EXPECT_EQ(h, code == 28 ? 576 : height);  // code 28 always gives its PAL size
         }
     }
-}
-
-// To a code: the standard-dependent rows need exactly 0 or 1, no row leaves the code. To a size:
-// any standard but 0 reads NTSC heights; an unknown code writes nothing.
-TEST(MediaWords, ImageSizeEdges) {
+    // To a code: the standard-dependent rows need exactly 0 or 1, no row leaves the code. To a
+    // size: any standard but 0 reads NTSC heights; an unknown code writes nothing.
     struct Case {
         int standard, width, height, code;
     };

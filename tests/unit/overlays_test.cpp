@@ -14,39 +14,37 @@ using support::ParseJson;
 
 namespace {
 
-// A mode the section does not take, or no record, refuses with the record untouched.
-TEST(OverlayRefusals, WrongModeAndNullRecord) {
-    struct Case {
-        const char* section;
-        int mode;
-        bool nullRecord;
-    };
-    const Case cases[] = {{"ChannelTitle", PROTOFIX_MODE_TEXT, false},
-                          {"ChannelTitle", PROTOFIX_MODE_RECORD, true},
-                          {"VideoWidget_OSD", PROTOFIX_MODE_TEXT, false},
-                          {"VideoWidget_OSD", PROTOFIX_MODE_RECORD, true},
-                          {"VideoWidget_COVER", PROTOFIX_MODE_TEXT, false},
-                          {"VideoWidget_COVER", PROTOFIX_MODE_RECORD, true},
-                          {"VideoWidget_CHANNEL", PROTOFIX_MODE_TEXT, false},
-                          {"VideoWidget_CHANNEL", PROTOFIX_MODE_RECORD, true},
-                          {"VideoWaterMark", PROTOFIX_MODE_RECORD, true},
-                          {"VideoWaterMark", PROTOFIX_MODE_TEXT, true},
-                          {"VideoWidget", PROTOFIX_MODE_RECORD, false},
-                          {"VideoWidget", PROTOFIX_MODE_TEXT, true}};
+// A mode the section does not take, or no record in a mode it takes, refuses with the record
+// untouched.
+TEST(MediaRefusals, WrongModeAndNullRecord) {
+    constexpr unsigned kRecord = 1u << PROTOFIX_MODE_RECORD, kText = 1u << PROTOFIX_MODE_TEXT;
+    const std::pair<const char*, unsigned> sections[] = {{"Encode", kRecord | kText},
+                                                         {"VideoColor", kRecord | kText},
+                                                         {"VideoInOptions", kRecord},
+                                                         {"VideoStandard", kRecord},
+                                                         {"MediaGlobal", kRecord},
+                                                         {"ChannelTitle", kRecord},
+                                                         {"VideoWidget_OSD", kRecord},
+                                                         {"VideoWidget_COVER", kRecord},
+                                                         {"VideoWidget_CHANNEL", kRecord},
+                                                         {"VideoWaterMark", kRecord | kText},
+                                                         {"VideoWidget", kText}};
     const std::string text = R"({"WaterMark":{"En":1},"Encode":{}})";  // parses in text mode
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.section) + " mode " + std::to_string(c.mode));
-        std::vector<char> record(2048, 0);  // big enough for every overlay record
-        std::memcpy(record.data(), text.c_str(), text.size() + 1);
-        const std::vector<char> before = record;
-        PROTOCOL_FIX_INFO info = support::Info(c.section, c.mode);
-        info.input = c.nullRecord ? nullptr : record.data();
-        info.inputLength = static_cast<int>(record.size());
-        EXPECT_FALSE(support::Serialize(info).result());
-        EXPECT_EQ(Parse(c.section, R"({"Name":"x","Covers":null,"Enable":true,"String":"y"})",
-                        info.input, 2048, c.mode),
-                  -1);
-        EXPECT_EQ(record, before);
+    for (const auto& [section, modes] : sections) {
+        for (int mode : {PROTOFIX_MODE_RECORD, PROTOFIX_MODE_TEXT, 2}) {
+            SCOPED_TRACE(std::string(section) + " mode " + std::to_string(mode));
+            std::vector<char> record(2048, 0);  // big enough for every record of these sections
+            std::memcpy(record.data(), text.c_str(), text.size() + 1);
+            const std::vector<char> before = record;
+            PROTOCOL_FIX_INFO info = support::Info(section, mode);
+            info.input = (modes >> mode & 1u) != 0 ? nullptr : record.data();
+            info.inputLength = static_cast<int>(record.size());
+            EXPECT_FALSE(support::Serialize(info).result());
+            EXPECT_EQ(Parse(section, R"({"Name":"x","Covers":null,"Enable":true,"String":"y"})",
+                            info.input, 2048, mode),
+                      -1);
+            EXPECT_EQ(record, before);
+        }
     }
 }
 

@@ -3,8 +3,7 @@
 #include "record_view.h"
 #include "request_support.h"
 
-#include <algorithm>
-#include <vector>
+#include <string>
 
 using support::Packet;
 using support::Parse;
@@ -12,22 +11,6 @@ using support::ParseJson;
 using support::Zeroed;
 
 namespace {
-
-// The sections that take only record mode refuse text mode, and every section refuses another mode.
-TEST(PictureRefusals, ModesAndMissingRecords) {
-    auto bytes = std::vector<char>(512, 0);
-    std::strcpy(bytes.data(), "{}");
-    for (const char* section : {"VideoInOptions", "VideoStandard", "MediaGlobal"}) {
-        EXPECT_FALSE(Packet(section, bytes.data(), PROTOFIX_MODE_TEXT).result()) << section;
-        EXPECT_EQ(Parse(section, "{}", bytes.data(), 512, PROTOFIX_MODE_TEXT), -1) << section;
-    }
-    for (const char* section : {"VideoColor", "VideoInOptions", "VideoStandard", "MediaGlobal"}) {
-        EXPECT_FALSE(Packet(section, bytes.data(), 2).result()) << section;
-        EXPECT_FALSE(Packet(section, nullptr).result()) << section;
-        EXPECT_EQ(Parse(section, "{}", nullptr, 512), -1) << section;
-    }
-    EXPECT_EQ(bytes[2], 0);
-}
 
 TEST(VideoStandard, BareWordBothWays) {
     const std::pair<unsigned int, const char*> packets[] = {
@@ -71,41 +54,35 @@ TEST(MediaGlobal, PacketLengthByte) {
 // ---- VideoColor ----------------------------------------------------------------------------------
 
 TEST(VideoColorRecord, PacketBothPeriods) {
-    auto cfg = Zeroed<KZDEV_VIDEO_COLOR_CFG>();
-    cfg->color[0] = {{6, 8, 0, 0, 18, 0, 0}, 50, 60, 70, 80, {}};
-    cfg->color[1] = {{0, 18, 0, 0, 8, 0, 0}, 255, 0, 1, 2, {}};
-    EXPECT_EQ(Packet("VideoColor", cfg.get()).table(), ParseJson(R"([
+    view::ExpectPacket("KZDEV_VIDEO_COLOR_CFG", "VideoColor", R"({"color":[
+        {"timeSection":{"enable":6,"beginHour":8,"endHour":18},"brightness":50,"contrast":60,"saturation":70,"hue":80},
+        {"timeSection":{"beginHour":18,"endHour":8},"brightness":255,"contrast":0,"saturation":1,"hue":2}]})",
+                       R"([
         {"Brightness":50,"Contrast":60,"Saturation":70,"Hue":80,"TimeSection":"1 08:00:00-18:00:00"},
-        {"Brightness":255,"Contrast":0,"Saturation":1,"Hue":2,"TimeSection":"0 18:00:00-08:00:00"}])"));
+        {"Brightness":255,"Contrast":0,"Saturation":1,"Hue":2,"TimeSection":"0 18:00:00-08:00:00"}])");
 }
 
 // An object is the first period; an array gives at most two; the flag of the time section is read
 // as a record-type mask; a missing or bad time section leaves it.
 TEST(VideoColorRecord, ParsePeriods) {
-    const KZ_VIDEO_COLOR preset = {{9, 9, 9, 9, 9, 9, 9}, 9, 9, 9, 9, {}};
-    struct Case {
-        const char* table;
-        KZ_VIDEO_COLOR first, second;
-    };
-    const Case cases[] = {
+    const std::string nines = R"({"timeSection":{"enable":9,"beginHour":9,"beginMinute":9,
+        "beginSecond":9,"endHour":9,"endMinute":9,"endSecond":9},"brightness":9,"contrast":9,
+        "saturation":9,"hue":9})";
+    const std::pair<const char*, const char*> cases[] = {
         {R"([{"Brightness":1,"TimeSection":"3 00:00:00-23:59:59"},{"Hue":300,"TimeSection":"bad"},{"Contrast":5}])",
-         {{5, 0, 0, 0, 23, 59, 59}, 1, 9, 9, 9, {}},
-         {{9, 9, 9, 9, 9, 9, 9}, 9, 9, 9, 44, {}}},
+         R"([{"timeSection":{"enable":5,"beginHour":0,"beginMinute":0,"beginSecond":0,"endHour":23,
+             "endMinute":59,"endSecond":59},"brightness":1},{"hue":44}])"},
         {R"({"Contrast":7,"Saturation":null,"TimeSection":"16 01:00:00-02:00:00"})",
-         {{8, 1, 0, 0, 2, 0, 0}, 9, 7, 9, 9, {}},
-         preset},
-        {R"([{"Brightness":2}])", {{9, 9, 9, 9, 9, 9, 9}, 2, 9, 9, 9, {}}, preset},
-        {"[]", preset, preset},
-        {"7", preset, preset},
+         R"([{"timeSection":{"enable":8,"beginHour":1,"beginMinute":0,"beginSecond":0,"endHour":2,
+             "endMinute":0,"endSecond":0},"contrast":7}])"},
+        {R"([{"Brightness":2}])", R"([{"brightness":2}])"},
+        {"[]", "[]"},
+        {"7", "[]"},
     };
-    for (const Case& c : cases) {
-        auto cfg = Zeroed<KZDEV_VIDEO_COLOR_CFG>();
-        cfg->color[0] = cfg->color[1] = preset;
-        auto expected = support::CopyOf(*cfg);
-        expected->color[0] = c.first;
-        expected->color[1] = c.second;
-        EXPECT_EQ(Parse("VideoColor", c.table, cfg.get()), 1) << c.table;
-        EXPECT_TRUE(support::SameBytes(*cfg, *expected)) << c.table;
+    for (const auto& [table, changes] : cases) {
+        view::ExpectParse(VIEW_OF(KZDEV_VIDEO_COLOR_CFG),
+                          R"({"color":[)" + nines + "," + nines + "]}", "VideoColor", table, 1,
+                          std::string(R"({"color":)") + changes + "}");
     }
 }
 
