@@ -14,37 +14,36 @@ using support::Zeroed;
 
 namespace {
 
-// The section's own keys; the schedule, day by day, and the linkage go under "EventHandler".
-TEST(AlarmRecordPacket, OwnKeysScheduleAndLinkage) {
-    struct Case {
-        const char* section;
-        unsigned char enable, sensorType;
-        const char* table;
+// What each section writes of its record but the linkage keys: "Enable" is on only at 1 (NetAlarm:
+// at any non-zero), a sensor type other than 0 or 1 writes no key, the schedule is written day by
+// day; the conflict record's older linkage is widened without its PTZ links or a schedule.
+TEST(EventRecordPacket, OwnKeysBySection) {
+    const char* const cases[][4] = {
+        {"Alarm", "KZDEV_ALARMIN_CFG", R"({"enable":2,"sensorType":2,"timeSections":[
+            ["1 00:00:00-23:59:59"],["0 00:00:00-00:00:00","0 08:05:00-17:00:00"]]})",
+         R"({"Enable":false,"SensorType":null,"EventHandler":{"TimeSection":[
+            ["1 00:00:00-23:59:59","0 00:00:00-00:00:00"],[null,"0 08:05:00-17:00:00"]]}})"},
+        {"Alarm", "KZDEV_ALARMIN_CFG", R"({"enable":1})", R"({"Enable":true,"SensorType":"NC"})"},
+        {"NetAlarm", "KZDEV_ALARMIN_CFG", R"({"enable":2,"sensorType":1})",
+         R"({"Enable":true,"SensorType":"NO"})"},
+        {"NetAlarm", "KZDEV_ALARMIN_CFG", R"({"sensorType":9})",
+         R"({"Enable":false,"SensorType":null})"},
+        {"StorageLowSpace", "KZDEV_STORAGE_ALARM_CFG",
+         R"({"lowSpace":{"enable":2,"lowerLimit":200}})", R"({"Enable":false,"LowerLimit":200})"},
+        {"LossDetect", "KZDEV_LOSS_DETECT_CFG", R"({"enable":2})", R"({"Enable":false})"},
+        {"BlindDetect", "KZDEV_BLIND_DETECT_CFG", R"({"enable":2})", R"({"Enable":false})"},
+        {"NetAbort", "KZDEV_NETABORT_CFG", R"({"enable":2})", R"({"Enable":false})"},
+        {"IPConflict", "KZDEV_CONFLICT_CFG", R"({"enable":1,"handler":{"actionFlags":6,
+            "ptzLinks":[{},{},{"type":1,"value":7}],"recordLatch":12,"attachmentType":1,
+            "recordChannels":[0,0,1,0,0,0,0,0,0,0,0,0,0,0,0,1],"tourChannels":[1]}})",
+         R"({"Enable":true,"EventHandler":{"PtzLinkEnable":true,"PtzLink":null,
+            "TimeSection":null,"RecordChannels":[2,15],"RecordLatch":12,
+            "MailDetail":{"AttachmentType":"video"},"MonitorTour":[{"Channels":[0]}]}})"},
     };
-    const Case cases[] = {
-        {"Alarm", 1, 2, R"({"Enable":true})"},
-        {"Alarm", 2, 1, R"({"Enable":false,"SensorType":"NO"})"},
-        {"NetAlarm", 2, 0, R"({"Enable":true,"SensorType":"NC"})"},
-        {"NetAlarm", 0, 9, R"({"Enable":false})"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.section) + " enable " + std::to_string(c.enable));
-        auto cfg = Zeroed<KZDEV_ALARMIN_CFG>();
-        cfg->enable = c.enable;
-        cfg->sensorType = c.sensorType;
-        cfg->timeSections[0][0] = {1, 0, 0, 0, 23, 59, 59};
-        cfg->timeSections[6][5] = {0, 8, 5, 0, 17, 0, 0};
-        cfg->handler.recordChannels[3] = 1;
-        Json::Value table = Packet(c.section, cfg.get()).table(), handler;
-        table.removeMember("EventHandler", &handler);
-        EXPECT_EQ(table, ParseJson(c.table));
-        const Json::Value& days = handler["TimeSection"];
-        ASSERT_EQ(days.size(), 7u);
-        for (const Json::Value& day : days) ASSERT_EQ(day.size(), 6u);
-        EXPECT_EQ(days[0][0], "1 00:00:00-23:59:59");
-        EXPECT_EQ(days[3][2], "0 00:00:00-00:00:00");
-        EXPECT_EQ(days[6][5], "0 08:05:00-17:00:00");
-        EXPECT_EQ(handler["RecordChannels"], ParseJson("[3]"));
+    for (const auto& [section, type, fields, want] : cases) {
+        const std::vector<unsigned char> record = view::Bytes(type, fields);
+        events_support::ExpectMembers(Packet(section, record.data()).table(), ParseJson(want),
+                                      std::string(section) + fields);
     }
 }
 

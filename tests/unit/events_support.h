@@ -3,6 +3,7 @@
 #ifndef PROTOFIX_TESTS_EVENTS_SUPPORT_H
 #define PROTOFIX_TESTS_EVENTS_SUPPORT_H
 
+#include "record_view.h"
 #include "request_support.h"
 
 #include <algorithm>
@@ -30,6 +31,22 @@ std::unique_ptr<Record> Patterned() {
     for (std::size_t i = 0; i < sizeof(Record); ++i)
         bytes[i] = static_cast<unsigned char>(0xA0 + i % 7);
     return record;
+}
+
+// The table holds what the expectation names: an object member that is null must be absent, an
+// array element that is null is not looked at.
+inline void ExpectMembers(const Json::Value& got, const Json::Value& want, const std::string& at) {
+    if (!want.isObject() && !want.isArray()) {
+        EXPECT_EQ(Json::FastWriter().write(got), Json::FastWriter().write(want)) << at;
+        return;
+    }
+    for (auto it = want.begin(); it != want.end(); ++it) {
+        const std::string name = want.isArray() ? std::to_string(it.index()) : it.name();
+        if (it->isNull() && want.isObject())
+            EXPECT_FALSE(got.isMember(name)) << at << "/" << name;
+        else if (!it->isNull())
+            ExpectMembers(want.isArray() ? got[it.index()] : got[name], *it, at + "/" + name);
+    }
 }
 
 }  // namespace events_support

@@ -27,28 +27,6 @@ const std::pair<const char*, KZ_STORAGE_EVENT Storage::*> kStorageBlocks[] = {
 
 // ---- record mode -------------------------------------------------------------------------------
 
-// Each storage section writes its own block only; "LowerLimit" is the low-space block's key.
-TEST(StorageRecordPacket, EachSectionWritesItsOwnBlock) {
-    auto cfg = Zeroed<Storage>();
-    const char* const tables[] = {R"({"Enable":true})", R"({"Enable":false,"LowerLimit":44})",
-                                  R"({"Enable":true})"};
-    int i = 0;
-    for (KZ_STORAGE_EVENT* e : {&cfg->notExist, &cfg->lowSpace, &cfg->failure}) {
-        e->enable = i == 1 ? 2 : 1;
-        e->lowerLimit = i == 1 ? 44 : 9;
-        e->timeSections[6][5] = {0, i, 0, 0, 24, 0, 0};
-        e->handler.recordChannels[i++] = 1;
-    }
-    for (i = 0; i < 3; ++i) {
-        SCOPED_TRACE(kStorageBlocks[i].first);
-        Json::Value table = Packet(kStorageBlocks[i].first, cfg.get()).table(), handler;
-        table.removeMember("EventHandler", &handler);
-        EXPECT_EQ(table, ParseJson(tables[i]));
-        EXPECT_EQ(handler["TimeSection"][6][5], "0 0" + std::to_string(i) + ":00:00-24:00:00");
-        EXPECT_EQ(handler["RecordChannels"], ParseJson("[" + std::to_string(i) + "]"));
-    }
-}
-
 // The other two blocks keep every byte; "LowerLimit" keeps its low 8 bits (300 -> 44) and is
 // read by the low-space section only.
 TEST(StorageRecordParse, EachSectionChangesOnlyItsOwnBlock) {
@@ -100,31 +78,6 @@ TEST(FaultRecordParse, TableWithoutEventHandler) {
     expected.handler.ptzLinks[5] = {0, 0};
     EXPECT_TRUE(SameBytes(*storage, *storageBefore));
     EXPECT_TRUE(SameBytes(*netAbort, *netAbortBefore));
-}
-
-// The conflict record holds the older 16-channel linkage: its PTZ links are never written to the
-// table, and channels 16 and above never come back from it.
-TEST(ConflictRecordPacket, WidensTheOlderLinkageWithoutPtzLinks) {
-    for (const char* section : {"IPConflict", "MacConflict"}) {
-        SCOPED_TRACE(section);
-        auto cfg = Zeroed<KZDEV_CONFLICT_CFG>();
-        cfg->enable = 1;
-        KZ_MSG_HANDLE& h = cfg->handler;
-        h.actionFlags = EVENT_ACTION_PTZ | EVENT_ACTION_RECORD;
-        h.ptzLinks[2] = {KZ_PTZ_LINK_PRESET, 7};
-        h.recordChannels[2] = h.recordChannels[15] = h.tourChannels[0] = 1;
-        h.recordLatch = 12;
-        h.attachmentType = 1;
-        Json::Value table = Packet(section, cfg.get()).table(), handler;
-        table.removeMember("EventHandler", &handler);
-        EXPECT_EQ(table, ParseJson(R"({"Enable":true})"));
-        EXPECT_FALSE(handler.isMember("PtzLink") || handler.isMember("TimeSection"));
-        EXPECT_EQ(handler["PtzLinkEnable"], true);
-        EXPECT_EQ(handler["RecordChannels"], ParseJson("[2,15]"));
-        EXPECT_EQ(handler["RecordLatch"], 12);
-        EXPECT_EQ(handler["MailDetail"]["AttachmentType"], "video");
-        EXPECT_EQ(handler["MonitorTour"][0]["Channels"], ParseJson("[0]"));
-    }
 }
 
 // The linkage parse always runs, on the widened record; only the first 16 channels, the words and

@@ -59,26 +59,6 @@ TEST(MotionRecordPacket, GridRowsAsMasks) {
     }
 }
 
-TEST(DetectionRecordPacket, LevelAndScheduleBySection) {
-    auto loss = Zeroed<KZDEV_LOSS_DETECT_CFG>();
-    auto blind = Zeroed<KZDEV_BLIND_DETECT_CFG>();
-    loss->enable = 2;
-    blind->enable = 1;
-    blind->level = 200;
-    loss->timeSections[3][4] = blind->timeSections[3][4] = {1, 0, 0, 0, 24, 0, 0};
-    loss->handler.recordChannels[9] = blind->handler.recordChannels[9] = 1;
-    Json::Value handlers[2];
-    EXPECT_EQ(OwnKeys(Packet("LossDetect", loss.get()).table(), &handlers[0]),
-              ParseJson(R"({"Enable":false})"));
-    EXPECT_EQ(OwnKeys(Packet("BlindDetect", blind.get()).table(), &handlers[1]),
-              ParseJson(R"({"Enable":true,"Level":200})"));
-    for (const Json::Value& handler : handlers) {
-        EXPECT_EQ(handler["TimeSection"][3][4], "1 00:00:00-24:00:00");
-        EXPECT_EQ(handler["TimeSection"][6][5], "0 00:00:00-00:00:00");
-        EXPECT_EQ(handler["RecordChannels"], ParseJson("[9]"));
-    }
-}
-
 // "Row" and "Col" keep 16 bits and then at most 32; "Level" keeps 16 bits (motion) or 8 (blind).
 TEST(DetectionRecordParse, CountsAndLevels) {
     struct Case {
