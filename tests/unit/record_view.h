@@ -84,6 +84,52 @@ inline void ExpectPacket(const char* type, const char* section, const std::strin
         << section << " " << fields;
 }
 
+// Expects in the value what the partial names: an object's members as given (a null one absent),
+// an array of the partial's length with its elements as given, any other value equal.
+inline void ExpectHas(const Json::Value& v, const Json::Value& partial,
+                      const std::string& at = "") {
+    if (partial.isObject()) {
+        ASSERT_TRUE(v.isObject()) << at << " " << v;
+        for (auto it = partial.begin(); it != partial.end(); ++it) {
+            if (it->isNull()) {
+                EXPECT_FALSE(v.isMember(it.name())) << at << "/" << it.name();
+            } else {
+                ExpectHas(v[it.name()], *it, at + "/" + it.name());
+            }
+        }
+    } else if (partial.isArray()) {
+        ASSERT_TRUE(v.isArray()) << at << " " << v;
+        ASSERT_EQ(v.size(), partial.size()) << at;
+        for (Json::ArrayIndex i = 0; i < partial.size(); ++i)
+            ExpectHas(v[i], partial[i], at + "/" + std::to_string(i));
+    } else {
+        EXPECT_EQ(v, partial) << at;
+    }
+}
+
+// Packs a zero record of the named type with the fields that the view names set: the table must
+// hold what the partial names.
+inline void ExpectPacketHas(const char* type, const char* section, const std::string& fields,
+                            const std::string& partial) {
+    SCOPED_TRACE(std::string(section) + " " + fields);
+    const std::vector<unsigned char> record = Bytes(type, fields);
+    ExpectHas(support::Packet(section, record.data()).table(), support::ParseJson(partial));
+}
+
+// As ExpectParse, on a record of the named type.
+inline void ExpectParseAs(const char* type, const std::string& seed, const char* section,
+                          const std::string& table, int result, const std::string& changes) {
+    std::vector<unsigned char> record = Bytes(type, seed);
+    const auto& descriptor = *protofix::describe::FindDescriptor(type);
+    Json::Value expected = protofix::describe::ToJson(descriptor, record.data());
+    Overlay(expected, support::ParseJson(changes));
+    EXPECT_EQ(support::Parse(section, table, record.data(), static_cast<int>(record.size())),
+              result)
+        << section << " " << table;
+    EXPECT_EQ(protofix::describe::ToJson(descriptor, record.data()), expected)
+        << section << " " << table;
+}
+
 }  // namespace view
 
 #endif
