@@ -1,9 +1,7 @@
 // "Record" and "RecordSource" through the request API, in record mode and in F5 text mode.
-#include "request_support.h"
+#include "overlay_support.h"
 
-#include <algorithm>
 #include <string>
-#include <tuple>
 #include <vector>
 
 using support::CopyOf;
@@ -146,21 +144,9 @@ TEST(RecordTextParse, MergesIntoTheOlderText) {
     }
 }
 
-// The rewritten text is copied when the capacity holds it, at most capacity - 1 characters;
-// otherwise, or when the buffer does not parse, the buffer is left byte for byte.
 TEST(RecordTextParse, CapacityRule) {
-    const std::string merged = support::Written(R"({"Record":{"Stream":1}})");
-    for (const auto& [old, capacity, result] :
-         {std::tuple<const char*, std::size_t, int>{"{}", merged.size(), 1},
-          {"{}", merged.size() - 1, -1},
-          {R"({"Record":)", 64, -1}}) {
-        SCOPED_TRACE(capacity);
-        F5Buffer buffer(old, capacity);
-        std::vector<char> expected = buffer.bytes;
-        if (result == 1) std::copy(merged.begin(), merged.end() - 1, expected.begin());
-        EXPECT_EQ(buffer.Merge("RecordSource", R"({"VideoStream":"Extra1"})"), result);
-        EXPECT_EQ(buffer.bytes, expected);
-    }
+    overlay_support::ExpectCapacityRule("RecordSource", "{}", R"({"VideoStream":"Extra1"})",
+                                        support::Written(R"({"Record":{"Stream":1}})"));
 }
 
 }  // namespace

@@ -93,8 +93,8 @@ TEST(Ptz, RecordModeByChannel) {
         R"({"stAttr":[{},{"byAddress":44,"byNumberInMatrix":7,"byBaudRate":2,"byDataBits":1,"byParity":3,
              "byStopBits":0,"byProtocol":1}]})",
         Channel(1));
-    ExpectParse("KZDEV_PTZ_CFG", seed, "Ptz", R"({"Address":5})", "{}", Channel(16), -1);
-    ExpectParse("KZDEV_PTZ_CFG", seed, "Ptz", R"({"Address":5})", "{}", Channel(-1), -1);
+    for (int channel : {-1, 16})
+        ExpectParse("KZDEV_PTZ_CFG", seed, "Ptz", R"({"Address":5})", "{}", Channel(channel), -1);
     // The shape is tested before the channel.
     ExpectParse("KZDEV_PTZ_CFG", seed, "Ptz", R"([{"Address":5}])", "{}", Channel(16), 1);
     ExpectParse("KZDEV_PTZ_CFG", seed, "Ptz", R"({"ProtocolName":"unknown","Attribute":null})",

@@ -1,6 +1,7 @@
 // "NAS", "RemoteStorageLimit", "StorageGroup" and "StorageGlobal" through the request API.
 #include "record_view.h"
 
+#include <array>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -29,7 +30,8 @@ std::unique_ptr<KZDEV_NAS_CFG> Filled() {
     return cfg;
 }
 
-void ExpectMerges(const char* section, const char* old, const char* table, const char* merged) {
+void ExpectMerges(const char* section, const std::string& old, const char* table,
+                  const std::string& merged) {
     SCOPED_TRACE(table);
     F5Buffer buffer(old, 4096);
     ASSERT_EQ(buffer.Merge(section, table), 1);
@@ -39,23 +41,18 @@ void ExpectMerges(const char* section, const char* old, const char* table, const
 // Keys in table[0]; "Enable" true only for 1; texts read to the field's width.
 TEST(Nas, Packet) {
     const std::string address(16, 'a');
-    for (const auto& [enable, protocol, enableKey, word] :
-         {std::tuple<int, int, const char*, const char*>{1, 3, "true", "ISCSI"},
-          {2, 1, "false", "SMB"},
-          {0, 2, "false", "NFS"},
-          {1, 7, "true", "FTP"}}) {
-        SCOPED_TRACE(protocol);
-        const auto cfg = view::Build(VIEW_OF(KZDEV_NAS_CFG),
-                                     R"({"szAddress":")" + address +
-                                         R"(","wPort":65535,"bEnable":)" + std::to_string(enable) +
-                                         ",\"byProtocol\":" + std::to_string(protocol) + "}");
-        EXPECT_EQ(
-            Packet("NAS", cfg.get()).table(),
-            ParseJson(R"([{"Enable":)" + std::string(enableKey) + R"(,"Address":")" + address +
-                      R"(","Port":65535,"Password":"","UserName":"","Directory":"",)"
-                      R"("Protocol":")" +
-                      word + R"(","SubDirectory":""}])"));
-    }
+    for (const auto& [fields, keys] :
+         {std::pair<const char*, const char*>{R"("bEnable":1,"byProtocol":3)",
+                                              R"("Enable":true,"Protocol":"ISCSI")"},
+          {R"("bEnable":2,"byProtocol":1)", R"("Enable":false,"Protocol":"SMB")"},
+          {R"("byProtocol":2)", R"("Enable":false,"Protocol":"NFS")"},
+          {R"("bEnable":1,"byProtocol":7)", R"("Enable":true,"Protocol":"FTP")"}})
+        view::ExpectPacket("KZDEV_NAS_CFG", "NAS",
+                           R"({"szAddress":")" + address + R"(","wPort":65535,)" + fields + "}",
+                           R"([{"Address":")" + address +
+                               R"(","Port":65535,"Password":"",)"
+                               R"("UserName":"","Directory":"","SubDirectory":"",)" +
+                               keys + "}]");
 }
 
 // The keys of the object, or of the array's first element; only the object gives the file limits.
@@ -107,37 +104,28 @@ TEST(Nas, TextMode) {
     ExpectMerges("NAS", R"({"NAS":"off"})", R"({"Enable":true})", R"({"NAS":"off"})");
 }
 
-// Each section's enable word is set in the caller's record from its flags before it is written.
+// Each section's enable word is set in the caller's record from its flags before it is written:
+// 1 for a flag0 or flag2, else flag1 (0 clears it).
 TEST(RemoteStorageLimit, PacketSetsTheEnableFromTheFlags) {
-    auto cfg = Zeroed<KZDEV_NAS_CFG>();
-    cfg->nFileLength = 1024;
-    cfg->nInterval = -3;
-    struct Case {
-        int c, d, s;
-        unsigned char flag0, flag1, flag2;
-        int enableAfter;
-    };
-    const Case cases[] = {{0, 0, 0, 0, 1, 0, 1},
-                          {0, 0, 1, 0, 5, 0, 5},
-                          {1, 6, 1, 1, 0, 0, 1},
-                          {15, 3, 0, 0, 7, 2, 1}};
-    for (const Case& c : cases)
-        cfg->stChnTime[c.c][c.d][c.s] = {{0, 8, 0, 0, 18, 0, 0}, c.flag0, c.flag1, c.flag2, {}};
-    cfg->stChnTime[2][2][0] = {{9, 8, 0, 0, 18, 0, 0}, 0, 0, 0, {}};  // cleared by flag1 0
+    auto cfg = view::Build(VIEW_OF(KZDEV_NAS_CFG), R"({"nFileLength":1024,"nInterval":-3})");
     auto expected = CopyOf(*cfg);
-    Json::Value table(Json::arrayValue);
+    Json::Value table = ParseJson(R"([{"FileLength":1024,"Interval":-3}])");
     for (int ch = 0; ch < KZ_NAS_CHANNELS; ++ch)
         for (int d = 0; d < KZ_WEEK_DAYS; ++d)
             for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s)
                 table[0]["Channels"][ch]["TimeSchedule"][d][s] = "0 00:00:00-00:00:00";
-    table[0]["FileLength"] = 1024;
-    table[0]["Interval"] = -3;
-    for (const Case& c : cases) {
-        expected->stChnTime[c.c][c.d][c.s].stSect.enable = c.enableAfter;
-        table[0]["Channels"][c.c]["TimeSchedule"][c.d][c.s] = "1 08:00:00-18:00:00";
+    for (const auto& [c, d, s, f0, f1, f2, enable] : {std::array<int, 7>{0, 0, 0, 0, 1, 0, 1},
+                                                      {0, 0, 1, 0, 5, 0, 5},
+                                                      {1, 6, 1, 1, 0, 0, 1},
+                                                      {15, 3, 0, 0, 7, 2, 1},
+                                                      {2, 2, 0, 0, 0, 0, 0}}) {
+        const auto flag = [](int f) { return static_cast<unsigned char>(f); };
+        cfg->stChnTime[c][d][s] = {{9, 8, 0, 0, 18, 0, 0}, flag(f0), flag(f1), flag(f2), {}};
+        expected->stChnTime[c][d][s] = cfg->stChnTime[c][d][s];
+        expected->stChnTime[c][d][s].stSect.enable = enable;
+        table[0]["Channels"][c]["TimeSchedule"][d][s] =
+            enable ? "1 08:00:00-18:00:00" : "0 08:00:00-18:00:00";
     }
-    expected->stChnTime[2][2][0].stSect.enable = 0;
-    table[0]["Channels"][2]["TimeSchedule"][2][0] = "0 08:00:00-18:00:00";
     EXPECT_EQ(Packet("RemoteStorageLimit", cfg.get()).table(), table);
     EXPECT_TRUE(SameBytes(*cfg, *expected));
 }
@@ -181,20 +169,18 @@ TEST(RemoteStorageLimit, Parse) {
     }
 }
 
-// One scratch section for every entry: a member that is missing keeps the entry before's value.
+// One scratch section for every entry: a member or an entry that is missing keeps the value of
+// the entry before, and a channel that is not null is written even when it is not an array.
 TEST(RemoteStorageLimit, TextPacket) {
-    const char* const f5 = R"({"NAS":{"FileLen":100,"Interval":"30","ChnTime":[
-        [{"En0":1,"Time0":"08:00:00-18:00:00","En1":0}, {"Time1":"01:00:00-02:00:00"}],
-        null, 5]}})";
-    Json::Value table = ParseJson(R"([{"FileLength":100,"Interval":"30"}])");
+    Json::Value table =
+        ParseJson(R"([{"FileLength":100,"Interval":"30","Channels":[{},null,{}]}])");
     for (int c : {0, 2})
         for (int d = 0; d < KZ_WEEK_DAYS; ++d)
             for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s)
-                table[0]["Channels"][c]["TimeSchedule"][d][s] = "0 01:00:00-02:00:00";
-    table[0]["Channels"][1] = Json::Value();  // a JSON array holds only the elements set
-    Json::Value& days = table[0]["Channels"][0]["TimeSchedule"];
-    days[0] = ParseJson(R"(["1 08:00:00-18:00:00", "0 08:00:00-18:00:00"])");
-    days[1][0] = "0 08:00:00-18:00:00";
+                table[0]["Channels"][c]["TimeSchedule"][d][s] = "0 08:00:00-18:00:00";
+    table[0]["Channels"][0]["TimeSchedule"][0][0] = "1 08:00:00-18:00:00";
+    const char* const f5 = R"({"NAS":{"FileLen":100,"Interval":"30","ChnTime":[
+        [{"En0":1,"Time0":"08:00:00-18:00:00","En1":0}], null, 5]}})";
     EXPECT_EQ(Packet("RemoteStorageLimit", f5, PROTOFIX_MODE_TEXT).table(), table);
     EXPECT_EQ(Packet("RemoteStorageLimit", R"({"NAS":{"Interval":4,"ChnTime":{"0":[]}}})",
                      PROTOFIX_MODE_TEXT)
@@ -202,24 +188,19 @@ TEST(RemoteStorageLimit, TextPacket) {
               ParseJson(R"([{"Interval":4}])"));
 }
 
-// The flag is written as the table gives it (no mask); a text that does not scan keeps the
-// scratch section of the entry before.
+// The flag is written as the table gives it (no mask); a text that does not scan, or an entry
+// that is missing, keeps the scratch section of the entry before.
 TEST(RemoteStorageLimit, TextParse) {
     Json::Value merged = ParseJson(R"({"NAS":{"FileLen":300,"Interval":45,"ChnTime":[[]]},"Y":0})");
-    Json::Value& days = merged["NAS"]["ChnTime"][0];
     for (int d = 0; d < KZ_WEEK_DAYS; ++d)
-        days[d] = ParseJson(
-            R"({"En0":2,"Time0":"01:00:00-02:00:00","En1":2,"Time1":"01:00:00-02:00:00"})");
-    days[0] = ParseJson(
-        R"({"En0":1,"Time0":"08:00:00-18:00:00","En1":1,"Time1":"08:00:00-18:00:00","X":1})");
-    days[1]["En0"] = 1;
-    days[1]["Time0"] = "08:00:00-18:00:00";
-    ExpectMerges(
-        "RemoteStorageLimit",
-        R"({"NAS":{"ChnTime":[[{"En0":0,"Time0":"00:00:00-00:00:00","X":1}]],"FileLen":1},"Y":0})",
-        R"([{"Channels":[{"TimeSchedule":[["1 08:00:00-18:00:00","bad"],[5,"2 01:00:00-02:00:00"]]}],
+        merged["NAS"]["ChnTime"][0][d] = ParseJson(
+            R"({"En0":2,"Time0":"08:00:00-18:00:00","En1":2,"Time1":"08:00:00-18:00:00"})");
+    merged["NAS"]["ChnTime"][0][0]["X"] = 1;
+    ExpectMerges("RemoteStorageLimit",
+                 R"({"NAS":{"ChnTime":[[{"En0":0,"X":1}]],"FileLen":1},"Y":0})",
+                 R"([{"Channels":[{"TimeSchedule":[["2 08:00:00-18:00:00","bad"]]}],
                      "FileLength":300,"Interval":45}])",
-        Json::FastWriter().write(merged).c_str());
+                 Json::FastWriter().write(merged));
     ExpectMerges("RemoteStorageLimit", R"({"NAS":{"ChnTime":"none"}})",
                  R"([{"Channels":[{"TimeSchedule":[["1 01:00:00-02:00:00"]]}]}])",
                  R"({"NAS":{"ChnTime":"none"}})");
