@@ -100,6 +100,11 @@ bool ScanNormal(const char* text, int& flag, tagKZ_TSECT& sect) {
 
 // "%d", or "%02d" when two: at least two digits, a 0 before a single one (not before a sign).
 char* PutNumber(char* out, int value, bool two) {
+    if (value >= 0 && value < 100 && (two || value >= 10)) {  // the times' usual case
+        *out++ = static_cast<char>('0' + value / 10);
+        *out++ = static_cast<char>('0' + value % 10);
+        return out;
+    }
     unsigned int magnitude = static_cast<unsigned int>(value);
     if (value < 0) {
         *out++ = '-';

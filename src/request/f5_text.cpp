@@ -5,10 +5,10 @@
 
 namespace protofix {
 
-bool ParseText(const std::string& text, Json::Value& value) {
+bool ParseText(const char* begin, const char* end, Json::Value& value) {
     Json::Reader reader;
     try {
-        return reader.parse(text, value, false);
+        return reader.parse(begin, end, value, false);
     } catch (const Json::Exception&) {
         // The reader refuses a text nested deeper than it allows by throwing: a text that does
         // not parse, like any other.
@@ -16,9 +16,11 @@ bool ParseText(const std::string& text, Json::Value& value) {
     }
 }
 
-bool ReadF5Text(const char* text, Json::Value& document) {
-    return text != nullptr && ParseText(text, document);
+bool ParseText(const char* text, Json::Value& value) {
+    return text != nullptr && ParseText(text, text + std::strlen(text), value);
 }
+
+bool ReadF5Text(const char* text, Json::Value& document) { return ParseText(text, document); }
 
 bool ReadF5Buffer(const char* buffer, int capacity, Json::Value& document) {
     if (buffer == nullptr) return false;
@@ -26,7 +28,7 @@ bool ReadF5Buffer(const char* buffer, int capacity, Json::Value& document) {
     const void* nul = std::memchr(buffer, '\0', room);
     const std::size_t length =
         nul ? static_cast<std::size_t>(static_cast<const char*>(nul) - buffer) : room;
-    return ParseText(std::string(buffer, length), document);
+    return ParseText(buffer, buffer + length, document);
 }
 
 int WriteF5Buffer(const Json::Value& document, char* buffer, int capacity) {

@@ -7,9 +7,12 @@
 
 namespace protofix {
 
-// Json::Reader::parse without comments; false also for a text the reader refuses by throwing
-// (nested deeper than it allows).
-bool ParseText(const std::string& text, Json::Value& value);
+// Json::Reader::parse of [begin, end) without comments, read in place; false also for a text
+// the reader refuses by throwing (nested deeper than it allows).
+bool ParseText(const char* begin, const char* end, Json::Value& value);
+
+// The same for a NUL-terminated text; false for a null one.
+bool ParseText(const char* text, Json::Value& value);
 
 // Serialize side: the caller's NUL-terminated F5 text. False for a null or unparsable text.
 bool ReadF5Text(const char* text, Json::Value& document);

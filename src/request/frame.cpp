@@ -22,19 +22,24 @@ int CReqConfigProtocolFix::Dispatch(Json::Value& table, bool toTable) {
     using Routine = int (CReqConfigProtocolFix::*)(Json::Value&);
     struct Section {
         const char* name;
+        std::size_t length;  // of the name: only names of the caller's length are compared
         unsigned int modes;
         Routine packet;
         Routine parse;
     };
     static constexpr Section kSections[] = {
-#define PROTOFIX_SECTION(name, suffix, record, modes) \
-    {name, modes, &CReqConfigProtocolFix::Packet_##suffix, &CReqConfigProtocolFix::Parse_##suffix},
+#define PROTOFIX_SECTION(name, suffix, record, modes)                         \
+    {name, sizeof(name) - 1, modes, &CReqConfigProtocolFix::Packet_##suffix, \
+     &CReqConfigProtocolFix::Parse_##suffix},
 #include <protofix/sections.def>
     };
 
     if (m_info.name == nullptr) return 0;
+    const std::size_t length = std::strlen(m_info.name);
     for (const Section& section : kSections) {
-        if (!protofix::SameWord(m_info.name, section.name)) continue;
+        if (section.length != length || !protofix::SameWord(m_info.name, section.name)) {
+            continue;
+        }
         // Every section refuses a mode it does not accept before it touches anything.
         const bool accepted =
             (m_info.mode == PROTOFIX_MODE_RECORD && (section.modes & PROTOFIX_ACCEPTS_RECORD)) ||
@@ -62,8 +67,7 @@ char* CReqConfigProtocolFix::Serialize(int& len) {
 }
 
 int CReqConfigProtocolFix::Deserialize(const char* text, int /*len: the text is NUL-terminated*/) {
-    const std::string document = text != nullptr ? text : "";
     Json::Value root;
-    if (!protofix::ParseText(document, root)) return 0;
+    if (!protofix::ParseText(text != nullptr ? text : "", root)) return 0;
     return Dispatch(root, false);
 }

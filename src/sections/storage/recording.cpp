@@ -51,12 +51,14 @@ int PacketRecordText(const char* text, Json::Value& table) {
     // only in part keeps the values of the entry before in the fields it does not reach.
     tagKZ_TSECT scratch = {};
     const Json::Value& schedule = Member(record, "TimeSection");
+    Json::Value* written = nullptr;  // the table's "TimeSection", made at its first entry
     for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
         for (int s = 0; s < KZ_DAY_SECTIONS; ++s) {
             const Json::Value& entry = ScheduleEntry(schedule, d, s);
             if (!entry.isString()) continue;
             CReqConfigProtocolFix::ParseNormalTime(scratch, entry.asCString());
-            CReqConfigProtocolFix::PacketRecordTime(scratch, table["TimeSection"][d][s]);
+            if (written == nullptr) written = &table["TimeSection"];
+            CReqConfigProtocolFix::PacketRecordTime(scratch, (*written)[d][s]);
         }
     }
     return 1;
@@ -86,12 +88,19 @@ void MergeRecord(const Json::Value& table, Json::Value& document) {
     const Json::Value& schedule = Member(table, "TimeSection");
     if (!Present(schedule)) return;
     tagKZ_TSECT scratch = {};
+    // The F5 "TimeSection", reached at the first string entry (null: of another kind on the way).
+    Json::Value* written = nullptr;
+    bool reached = false;
     for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
         for (int s = 0; s < KZ_DAY_SECTIONS; ++s) {
             const Json::Value& entry = ScheduleEntry(schedule, d, s);
             if (!entry.isString()) continue;
             CReqConfigProtocolFix::ParseRecordTime(scratch, entry.asCString());
-            if (Json::Value* section = ToWrite(document, "Record", "TimeSection", d, s)) {
+            if (!reached) {
+                written = ToWrite(document, "Record", "TimeSection");
+                reached = true;
+            }
+            if (Json::Value* section = written ? ToWrite(*written, d, s) : nullptr) {
                 CReqConfigProtocolFix::PacketNormalTime(scratch, *section);
             }
         }

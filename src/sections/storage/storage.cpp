@@ -9,6 +9,7 @@
 #include <protofix/ReqConfigProtocolFix.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string>
 
@@ -42,6 +43,19 @@ std::string DayMember(const char* prefix, int s) {
     char name[64] = {};
     _snprintf(name, sizeof name, "%s%d", prefix, s);
     return name;
+}
+
+// The member names of every upload section of a day, made once for a whole schedule.
+using DayMembers = std::array<std::string, KZ_NAS_DAY_SECTIONS>;
+DayMembers DayMembersOf(const char* prefix) {
+    DayMembers names;
+    for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) names[static_cast<std::size_t>(s)] = DayMember(prefix, s);
+    return names;
+}
+
+// The member of an object, or null when it has no such member (a null member is present).
+const Json::Value* FindMember(const Json::Value& v, const std::string& key) {
+    return v.isObject() ? v.find(key.data(), key.data() + key.size()) : nullptr;
 }
 
 // ---- NAS --------------------------------------------------------------------------------------
@@ -133,19 +147,22 @@ void MergeNas(const Json::Value& table, Json::Value& document) {
 // section is written: the device's readers expect the record so.
 int PacketLimitCfg(KZDEV_NAS_CFG* cfg, Json::Value& table) {
     if (cfg == nullptr) return -1;
+    Json::Value& keys = table[0];
+    Json::Value& channels = keys["Channels"];
     for (int c = 0; c < KZ_NAS_CHANNELS; ++c) {
-        Json::Value& schedule = table[0]["Channels"][c]["TimeSchedule"];
+        Json::Value& schedule = channels[c]["TimeSchedule"];
         for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
+            Json::Value& day = schedule[d];
             for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) {
                 KZ_NAS_TSECT& section = cfg->stChnTime[c][d][s];
                 section.stSect.enable =
                     section.byFlag2 != 0 || section.byFlag0 != 0 ? 1 : section.byFlag1;
-                CReqConfigProtocolFix::PacketRecordTime(section.stSect, schedule[d][s]);
+                CReqConfigProtocolFix::PacketRecordTime(section.stSect, day[s]);
             }
         }
-        table[0]["FileLength"] = Int(cfg->nFileLength);
-        table[0]["Interval"] = Int(cfg->nInterval);
     }
+    keys["FileLength"] = Int(cfg->nFileLength);
+    keys["Interval"] = Int(cfg->nInterval);
     return 1;
 }
 
@@ -162,21 +179,25 @@ int PacketLimitText(const char* text, Json::Value& table) {
 
     const Json::Value& channels = Member(nas, "ChnTime");
     if (!channels.isArray()) return 1;
+    const DayMembers times = DayMembersOf("Time");
+    const DayMembers enables = DayMembersOf("En");
     tagKZ_TSECT scratch = {};
     for (Json::ArrayIndex c = 0; c < channels.size(); ++c) {
         const Json::Value& channel = channels[c];
         if (!Present(channel)) continue;
+        Json::Value& schedule = table[0]["Channels"][c]["TimeSchedule"];
         for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
             const Json::Value& day = Element(channel, static_cast<Json::ArrayIndex>(d));
-            for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) {
-                const std::string time = DayMember("Time", s);
-                const std::string enable = DayMember("En", s);
-                if (day.isObject() && day.isMember(time)) {
-                    CReqConfigProtocolFix::ParseNormalTimeEx(scratch, day[time].asString().c_str());
+            Json::Value& row = schedule[d];
+            for (std::size_t s = 0; s < times.size(); ++s) {
+                if (const Json::Value* time = FindMember(day, times[s])) {
+                    CReqConfigProtocolFix::ParseNormalTimeEx(scratch, time->asString().c_str());
                 }
-                if (day.isObject() && day.isMember(enable)) scratch.enable = day[enable].asInt();
-                CReqConfigProtocolFix::PacketNormalTime(
-                    scratch, table[0]["Channels"][c]["TimeSchedule"][d][s]);
+                if (const Json::Value* enable = FindMember(day, enables[s])) {
+                    scratch.enable = enable->asInt();
+                }
+                CReqConfigProtocolFix::PacketNormalTime(scratch,
+                                                        row[static_cast<Json::ArrayIndex>(s)]);
             }
         }
     }
@@ -218,22 +239,24 @@ int ParseLimitCfg(const Json::Value& table, KZDEV_NAS_CFG* cfg) {
 void MergeLimit(const Json::Value& table, Json::Value& document) {
     const Json::Value& keys = Element(table, 0);
     const Json::Value& channels = Member(keys, "Channels");
+    const DayMembers times = DayMembersOf("Time");
+    const DayMembers enables = DayMembersOf("En");
     tagKZ_TSECT scratch = {};
     for (Json::ArrayIndex c = 0; channels.isArray() && c < channels.size(); ++c) {
         const Json::Value& schedule = Member(channels[c], "TimeSchedule");
         for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
-            for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) {
-                const Json::Value& text =
-                    Element(Element(schedule, static_cast<Json::ArrayIndex>(d)),
-                            static_cast<Json::ArrayIndex>(s));
+            const Json::Value& texts = Element(schedule, static_cast<Json::ArrayIndex>(d));
+            // Reaching the day object creates the path to it once, whatever its sections hold.
+            Json::Value* day = ToWrite(document, "NAS", "ChnTime", static_cast<int>(c), d);
+            for (std::size_t s = 0; s < times.size(); ++s) {
+                const Json::Value& text = Element(texts, static_cast<Json::ArrayIndex>(s));
                 if (text.isString())
                     CReqConfigProtocolFix::ParseNormalTime(scratch, text.asCString());
-                Json::Value* day = ToWrite(document, "NAS", "ChnTime", static_cast<int>(c), d);
                 if (day == nullptr) continue;
-                WriteAt(*day, scratch.enable, DayMember("En", s));
+                WriteAt(*day, scratch.enable, enables[s]);
                 Json::Value span;
                 CReqConfigProtocolFix::PacketNormalTimeEx(scratch, span);
-                WriteAt(*day, span, DayMember("Time", s));
+                WriteAt(*day, span, times[s]);
             }
         }
     }
