@@ -153,7 +153,8 @@ TEST(TimeTextDiffers, NowhereOnLeadingNumbersOfAnyLength) {
 }
 
 // Millions of texts: well-formed ones of random values, mutated by replacing, inserting and
-// deleting characters and splicing in long numbers; and random records written.
+// deleting characters and splicing in long numbers, and texts of random characters; and random
+// records written.
 TEST(TimeTextDiffers, NowhereOnMillionsOfRandomAndMutatedTexts) {
     std::mt19937_64 random(20261123);
     const std::string alphabet = "0123456789-+: \t\n\v\f\rx";
@@ -189,6 +190,9 @@ TEST(TimeTextDiffers, NowhereOnMillionsOfRandomAndMutatedTexts) {
             }
         }
         differ.Parse(text, {value(), value(), value(), value(), value(), value(), value()});
+        std::string noise(below(24), ' ');
+        for (char& c : noise) c = alphabet[below(alphabet.size())];
+        differ.Parse(noise, {value(), value(), value(), value(), value(), value(), value()});
     }
 }
 

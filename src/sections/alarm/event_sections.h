@@ -19,8 +19,9 @@ using Schedule = tagKZ_TSECT[KZ_WEEK_DAYS][KZ_DAY_SECTIONS];
 inline void PutSchedule(const Schedule& schedule, Json::Value& handler) {
     Json::Value& days = handler["TimeSection"];
     for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
+        Json::Value& day = days[d];
         for (int s = 0; s < KZ_DAY_SECTIONS; ++s) {
-            CReqConfigProtocolFix::PacketNormalTime(schedule[d][s], days[d][s]);
+            CReqConfigProtocolFix::PacketNormalTime(schedule[d][s], day[s]);
         }
     }
 }

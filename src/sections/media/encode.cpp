@@ -116,16 +116,18 @@ void PacketSnap(const KZ_VIDEOENC_OPT& format, int standard, Json::Value& video)
 int PacketRecord(const KZDEV_ENCODE_CFG* cfg, int length, int standard, Json::Value& table) {
     if (cfg == nullptr || length < kStreamBytes) return -1;
     for (const Stream& stream : kStreams) {
+        Json::Value& formats = table[stream.key];
         for (Json::ArrayIndex i = 0; i < KZ_ENCODE_MAIN_FORMATS; ++i) {
-            PacketStream((cfg->*stream.formats)[i], standard, table[stream.key][i]);
+            PacketStream((cfg->*stream.formats)[i], standard, formats[i]);
         }
     }
     // The stream entries stay in the table of a refused record.
     if (length < kSnapPacketBytes) return -1;
+    Json::Value& snaps = table[kSnapFormat];
     for (Json::ArrayIndex i = 0; i < KZ_ENCODE_SNAP_FORMATS; ++i) {
-        PacketSnap(cfg->snapFormat[i], standard, table[kSnapFormat][i]["Video"]);
+        PacketSnap(cfg->snapFormat[i], standard, snaps[i]["Video"]);
     }
-    table[kSnapFormat][0]["SnapEnable"] = cfg->snapEnable != 0;
+    snaps[0]["SnapEnable"] = cfg->snapEnable != 0;
     return 1;
 }
 
@@ -256,12 +258,15 @@ int PacketText(const char* text, Json::Value& table) {
     const Json::Value& encode = Member(document, "Encode");
     const Json::Value& audioFormat = Path(encode, {"Audio", "Format"});
     for (const Stream& stream : kStreams) {
+        const Json::Value& oldFormats = Member(encode, stream.key);
+        Json::Value& formats = table[stream.key];
         for (Json::ArrayIndex i = 0; i < KZ_ENCODE_MAIN_FORMATS; ++i) {
-            const Json::Value& old = Element(Member(encode, stream.key), i);
+            const Json::Value& old = Element(oldFormats, i);
             const Json::Value& oldVideo = Member(old, "Video");
-            Json::Value& entry = table[stream.key][i];
+            Json::Value& entry = formats[i];
             entry["VideoEnable"] = Member(old, "VideoEn").asInt() == 1;
-            for (const char* key : kF5VideoKeys) entry["Video"][key] = Member(oldVideo, key);
+            Json::Value& video = entry["Video"];
+            for (const char* key : kF5VideoKeys) video[key] = Member(oldVideo, key);
             entry["QualityRange"] = kLevelRange;
             entry["AudioEnable"] = Member(old, "AudioEn").asInt() == 1;
             CReqConfigProtocolFix::ConvertAudioFormatF5ToF6(audioFormat,
@@ -269,9 +274,10 @@ int PacketText(const char* text, Json::Value& table) {
         }
     }
     const Json::Value& snaps = Member(encode, kSnapFormat);
+    Json::Value& snapFormats = table[kSnapFormat];
     for (Json::ArrayIndex i = 0; i < KZ_ENCODE_SNAP_FORMATS; ++i) {
         const Json::Value& old = Member(Element(snaps, i), "Video");
-        Json::Value& video = table[kSnapFormat][i]["Video"];
+        Json::Value& video = snapFormats[i]["Video"];
         video["Width"] = Member(old, "Width").asInt();
         video["Height"] = Member(old, "Height").asInt();
         video["QualityRange"] = kLevelRange;

@@ -75,9 +75,8 @@ int CReqConfigProtocolFix::Parse_ChannelTitle(Json::Value& table) {
 int CReqConfigProtocolFix::Packet_VideoWidget_OSD(Json::Value& table) {
     const auto* cfg = InputRecord<const KZDEV_VIDEOWIDGET_OSD_CFG>();
     if (cfg == nullptr) return -1;
-    for (Json::ArrayIndex i = 0; i < KZ_MAX_OSD_TITLES; ++i) {
-        PacketTitle(cfg->title[i], table["CustomTitle"][i]);
-    }
+    Json::Value& titles = table["CustomTitle"];
+    for (Json::ArrayIndex i = 0; i < KZ_MAX_OSD_TITLES; ++i) PacketTitle(cfg->title[i], titles[i]);
     return 1;
 }
 

@@ -31,8 +31,9 @@ int PacketColorRecord(const KZDEV_VIDEO_COLOR_CFG* cfg, Json::Value& table) {
     if (cfg == nullptr) return -1;
     for (Json::ArrayIndex i = 0; i < KZ_VIDEO_COLOR_PERIODS; ++i) {
         const KZ_VIDEO_COLOR& color = cfg->color[i];
-        for (const ColorKey& k : kColorKeys) table[i][k.key] = Int(color.*k.field);
-        CReqConfigProtocolFix::PacketRecordTime(color.timeSection, table[i]["TimeSection"]);
+        Json::Value& period = table[i];
+        for (const ColorKey& k : kColorKeys) period[k.key] = Int(color.*k.field);
+        CReqConfigProtocolFix::PacketRecordTime(color.timeSection, period["TimeSection"]);
     }
     return 1;
 }
