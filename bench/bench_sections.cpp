@@ -235,8 +235,8 @@ private:
 
     void RunDeserialize() {
         if (Text()) std::memcpy(f5Buffer_.data(), example_.f5.c_str(), example_.f5.size() + 1);
-        benchmark::DoNotOptimize(request_.Deserialize(example_.table.c_str(),
-                                                      static_cast<int>(example_.table.size())));
+        benchmark::DoNotOptimize(
+            request_.Deserialize(example_.table.c_str(), static_cast<int>(example_.table.size())));
     }
 
     void RunDeserializeFloor() {
@@ -305,8 +305,8 @@ constexpr Op kOps[] = {Op::Deserialize,    Op::DeserializeFloor, Op::Serialize,
 
 // Every conversion but the record-mode Deserialize of a table that the section refuses.
 bool Measurable(const Example& example, Mode mode, Op op) {
-    const bool reads = op == Op::Deserialize || op == Op::DeserializeFloor ||
-                       op == Op::DeserializeRead;
+    const bool reads =
+        op == Op::Deserialize || op == Op::DeserializeFloor || op == Op::DeserializeRead;
     if (mode == Mode::Text) return op != Op::DeserializeRead && op != Op::SerializeBuild;
     return example.tableReads || !reads;
 }
@@ -324,8 +324,8 @@ void RegisterConversions(const std::string& prefix, const Example& example) {
     for (const Mode mode : ModesOf(example)) {
         for (const Op op : kOps) {
             if (!Measurable(example, mode, op)) continue;
-            const std::string name = prefix + (mode == Mode::Text ? "/text/" : "/record/") +
-                                     OpName(op);
+            const std::string name =
+                prefix + (mode == Mode::Text ? "/text/" : "/record/") + OpName(op);
             benchmark::RegisterBenchmark(name.c_str(), [&example, mode, op](benchmark::State& s) {
                 Conversion conversion(example, mode, op);
                 for (auto _ : s) conversion.Run();
@@ -472,7 +472,8 @@ void CountAll(const std::vector<Example>& examples, std::index_sequence<I...>) {
 int Count(const std::vector<Example>& examples) {
     CountAll(examples, std::make_index_sequence<kSectionCount>());
     std::cout << "runs " << kCountedRuns << "\n";
-    for (std::size_t i = 0; i < kSectionCount; ++i) std::cout << i << " " << kSections[i].name << "\n";
+    for (std::size_t i = 0; i < kSectionCount; ++i)
+        std::cout << i << " " << kSections[i].name << "\n";
     return 0;
 }
 

@@ -80,10 +80,11 @@ private:
 
 // "HH:MM:SS-HH:MM:SS" into the span, fields in order until one fails; true when all six were read.
 bool ScanSpan(Scanner& scan, tagKZ_TSECT& sect) {
-    return scan.Number(2, sect.beginHour) && scan.Literal(':') && scan.Number(2, sect.beginMinute) &&
-           scan.Literal(':') && scan.Number(2, sect.beginSecond) && scan.Literal('-') &&
-           scan.Number(2, sect.endHour) && scan.Literal(':') && scan.Number(2, sect.endMinute) &&
-           scan.Literal(':') && scan.Number(2, sect.endSecond);
+    return scan.Number(2, sect.beginHour) && scan.Literal(':') &&
+           scan.Number(2, sect.beginMinute) && scan.Literal(':') &&
+           scan.Number(2, sect.beginSecond) && scan.Literal('-') && scan.Number(2, sect.endHour) &&
+           scan.Literal(':') && scan.Number(2, sect.endMinute) && scan.Literal(':') &&
+           scan.Number(2, sect.endSecond);
 }
 
 // The normal form, its first value into flag and the span into the record: the values converted

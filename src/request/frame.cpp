@@ -28,7 +28,7 @@ int CReqConfigProtocolFix::Dispatch(Json::Value& table, bool toTable) {
         Routine parse;
     };
     static constexpr Section kSections[] = {
-#define PROTOFIX_SECTION(name, suffix, record, modes)                         \
+#define PROTOFIX_SECTION(name, suffix, record, modes)                        \
     {name, sizeof(name) - 1, modes, &CReqConfigProtocolFix::Packet_##suffix, \
      &CReqConfigProtocolFix::Parse_##suffix},
 #include <protofix/sections.def>

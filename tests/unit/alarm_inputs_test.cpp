@@ -85,10 +85,9 @@ TEST(AlarmRecordParse, TimeSectionsFromTheirText) {
         ["1 00:00:00-24:00:00", 5, "0 8:5:0-17:0:0"], ["99999999999 00:00:00-01:00:00"], ["1 06:30:00"]]}})",
                     cfg.get()),
               1);
-    const tagKZ_TSECT expected[][3] = {
-        {{1, 0, 0, 0, 24, 0, 0}, nines, {0, 8, 5, 0, 17, 0, 0}},
-        {{1215752191, 0, 0, 0, 1, 0, 0}},  // 99999999999 - 23 * 2^32
-        {{1, 6, 30, 0, 9, 9, 9}}};
+    const tagKZ_TSECT expected[][3] = {{{1, 0, 0, 0, 24, 0, 0}, nines, {0, 8, 5, 0, 17, 0, 0}},
+                                       {{1215752191, 0, 0, 0, 1, 0, 0}},  // 99999999999 - 23 * 2^32
+                                       {{1, 6, 30, 0, 9, 9, 9}}};
     for (int day = 0; day < 3; ++day)
         for (int s = 0; s < 3; ++s)
             EXPECT_TRUE(SameBytes(cfg->timeSections[day][s], expected[day][s])) << day << s;

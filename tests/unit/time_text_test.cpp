@@ -31,8 +31,7 @@ Fields FieldsOf(const tagKZ_TSECT& s) {
 
 bool LibraryParse(const char* text, Fields& f, bool normal) {
     if (normal) {
-        return std::sscanf(text, kNormalForm, &f[0], &f[1], &f[2], &f[3], &f[4], &f[5], &f[6]) ==
-               7;
+        return std::sscanf(text, kNormalForm, &f[0], &f[1], &f[2], &f[3], &f[4], &f[5], &f[6]) == 7;
     }
     return std::sscanf(text, kShortForm, &f[1], &f[2], &f[3], &f[4], &f[5], &f[6]) == 6;
 }
@@ -117,14 +116,15 @@ TEST(TimeTextDiffers, NowhereOnSmallRangesOfEveryField) {
             differ.Write(f);
         }
     }
-    const std::string fieldTexts[] = {"", "0", "9", "00", "09", "99", "+0", "-0", "+9", "-9",
-                                      "+", "-", " ", " 5", "\t7", "5 ", "a", "5a", "123", "--1"};
-    const std::vector<std::string> parts = {"1", " ", "08", ":", "30", ":", "00", "-",
-                                            "17", ":", "45", ":", "59"};
+    const std::string fieldTexts[] = {"",  "0", "9", "00", "09",  "99", "+0", "-0", "+9",  "-9",
+                                      "+", "-", " ", " 5", "\t7", "5 ", "a",  "5a", "123", "--1"};
+    const std::vector<std::string> parts = {"1", " ",  "08", ":",  "30", ":", "00",
+                                            "-", "17", ":",  "45", ":",  "59"};
     for (std::size_t part = 0; part < parts.size(); part += 2) {
         for (const std::string& replacement : fieldTexts) {
             std::string text;
-            for (std::size_t i = 0; i < parts.size(); ++i) text += i == part ? replacement : parts[i];
+            for (std::size_t i = 0; i < parts.size(); ++i)
+                text += i == part ? replacement : parts[i];
             differ.Parse(text, {-7, -7, -7, -7, -7, -7, -7});
             differ.Parse(text.substr(2), {-7, -7, -7, -7, -7, -7, -7});
         }
@@ -144,10 +144,10 @@ TEST(TimeTextDiffers, NowhereOnLeadingNumbersOfAnyLength) {
             }
         }
     }
-    for (const char* text : {"2147483647", "2147483648", "-2147483648", "-2147483649",
-                             "4294967296", "4294967297", "9223372036854775807",
-                             "9223372036854775808", "-9223372036854775807", "-9223372036854775808",
-                             "-9223372036854775809", "18446744073709551617"}) {
+    for (const char* text :
+         {"2147483647", "2147483648", "-2147483648", "-2147483649", "4294967296", "4294967297",
+          "9223372036854775807", "9223372036854775808", "-9223372036854775807",
+          "-9223372036854775808", "-9223372036854775809", "18446744073709551617"}) {
         differ.Parse(std::string(text) + " 01:02:03-04:05:06", {9, 9, 9, 9, 9, 9, 9});
     }
 }
@@ -158,8 +158,8 @@ TEST(TimeTextDiffers, NowhereOnLeadingNumbersOfAnyLength) {
 TEST(TimeTextDiffers, NowhereOnMillionsOfRandomAndMutatedTexts) {
     std::mt19937_64 random(20261123);
     const std::string alphabet = "0123456789-+: \t\n\v\f\rx";
-    const char* const numbers[] = {"99999999999", "2147483648", "-2147483649", "4294967297", "007",
-                                   "-", "+", ""};
+    const char* const numbers[] = {"99999999999", "2147483648", "-2147483649", "4294967297",
+                                   "007",         "-",          "+",           ""};
     auto below = [&random](std::size_t n) {
         return static_cast<std::size_t>(random() % static_cast<unsigned long long>(n));
     };

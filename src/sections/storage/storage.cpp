@@ -49,7 +49,8 @@ std::string DayMember(const char* prefix, int s) {
 using DayMembers = std::array<std::string, KZ_NAS_DAY_SECTIONS>;
 DayMembers DayMembersOf(const char* prefix) {
     DayMembers names;
-    for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s) names[static_cast<std::size_t>(s)] = DayMember(prefix, s);
+    for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s)
+        names[static_cast<std::size_t>(s)] = DayMember(prefix, s);
     return names;
 }
 
