@@ -29,6 +29,11 @@ Fields FieldsOf(const tagKZ_TSECT& s) {
 
 // ---- the C library's own answers ---------------------------------------------------------------
 
+// A start value that no two-character field can produce, so a field left alone shows as such.
+constexpr int kUntouched = INT_MIN + 12345;
+constexpr Fields kUntouchedFields = {kUntouched, kUntouched, kUntouched, kUntouched,
+                                     kUntouched, kUntouched, kUntouched};
+
 bool LibraryParse(const char* text, Fields& f, bool normal) {
     if (normal) {
         return std::sscanf(text, kNormalForm, &f[0], &f[1], &f[2], &f[3], &f[4], &f[5], &f[6]) == 7;
@@ -46,6 +51,18 @@ std::string LibraryText(const Fields& f, bool normal) {
     return text;
 }
 
+// The record-type reading: the first value through a temporary, kept as a mask only when all
+// seven were read (bit 0 to bit 2, bits 1-2 to bits 0-1, bit 4 to bit 3).
+bool LibraryParseRecord(const char* text, Fields& f) {
+    int n = 0;
+    if (std::sscanf(text, kNormalForm, &n, &f[1], &f[2], &f[3], &f[4], &f[5], &f[6]) != 7) {
+        return false;
+    }
+    const auto bits = static_cast<unsigned int>(n);
+    f[0] = static_cast<int>(((bits & 1u) << 2) | ((bits >> 1) & 3u) | (((bits >> 4) & 1u) << 3));
+    return true;
+}
+
 // Counts the disagreements on one text, in both forms; reports the first few.
 class Differ {
 public:
@@ -58,6 +75,11 @@ public:
                                      : C::ParseNormalTimeEx(sect, text.c_str());
             Check(library == ours && expected == FieldsOf(sect), normal, text);
         }
+        Fields expected = start;
+        const bool library = LibraryParseRecord(text.c_str(), expected);
+        tagKZ_TSECT sect = SectOf(start);
+        const bool ours = C::ParseRecordTime(sect, text.c_str());
+        Check(library == ours && expected == FieldsOf(sect), true, "record time " + text);
     }
 
     void Write(const Fields& f) {
@@ -86,7 +108,7 @@ private:
 
 // Every text of up to five characters over the characters that steer the scan.
 TEST(TimeTextDiffers, NowhereOnEveryShortText) {
-    const std::string alphabet = "07-+: \nx";
+    const std::string alphabet = "07-+: \n\b/\xa0";
     Differ differ;
     std::vector<std::string> texts = {""};
     for (int length = 1; length <= 5; ++length) {
@@ -94,7 +116,7 @@ TEST(TimeTextDiffers, NowhereOnEveryShortText) {
         for (const std::string& text : texts) {
             for (const char c : alphabet) longer.push_back(text + c);
         }
-        for (const std::string& text : longer) differ.Parse(text, {1, 2, 3, 4, 5, 6, 7});
+        for (const std::string& text : longer) differ.Parse(text, kUntouchedFields);
         texts.swap(longer);
     }
 }
@@ -116,8 +138,35 @@ TEST(TimeTextDiffers, NowhereOnSmallRangesOfEveryField) {
             differ.Write(f);
         }
     }
-    const std::string fieldTexts[] = {"",  "0", "9", "00", "09",  "99", "+0", "-0", "+9",  "-9",
-                                      "+", "-", " ", " 5", "\t7", "5 ", "a",  "5a", "123", "--1"};
+    const std::string fieldTexts[] = {"",
+                                      "0",
+                                      "9",
+                                      "00",
+                                      "09",
+                                      "99",
+                                      "+0",
+                                      "-0",
+                                      "+9",
+                                      "-9",
+                                      "+",
+                                      "-",
+                                      " ",
+                                      " 5",
+                                      "\t7",
+                                      "5 ",
+                                      "a",
+                                      "5a",
+                                      "123",
+                                      "--1",
+                                      "+-1",
+                                      "-+1",
+                                      "- 1",
+                                      "\x85"
+                                      "5",
+                                      "\b5",
+                                      "/",
+                                      ";",
+                                      "\xff"};
     const std::vector<std::string> parts = {"1", " ",  "08", ":",  "30", ":", "00",
                                             "-", "17", ":",  "45", ":",  "59"};
     for (std::size_t part = 0; part < parts.size(); part += 2) {
@@ -125,8 +174,8 @@ TEST(TimeTextDiffers, NowhereOnSmallRangesOfEveryField) {
             std::string text;
             for (std::size_t i = 0; i < parts.size(); ++i)
                 text += i == part ? replacement : parts[i];
-            differ.Parse(text, {-7, -7, -7, -7, -7, -7, -7});
-            differ.Parse(text.substr(2), {-7, -7, -7, -7, -7, -7, -7});
+            differ.Parse(text, kUntouchedFields);
+            differ.Parse(text.substr(2), kUntouchedFields);
         }
     }
 }
@@ -140,15 +189,32 @@ TEST(TimeTextDiffers, NowhereOnLeadingNumbersOfAnyLength) {
             std::string number = sign;
             for (int length = 1; length <= 25; ++length) {
                 number += digit;
-                differ.Parse(number + " 01:02:03-04:05:06", {9, 9, 9, 9, 9, 9, 9});
+                differ.Parse(number + " 01:02:03-04:05:06", kUntouchedFields);
             }
         }
     }
-    for (const char* text :
-         {"2147483647", "2147483648", "-2147483648", "-2147483649", "4294967296", "4294967297",
-          "9223372036854775807", "9223372036854775808", "-9223372036854775807",
-          "-9223372036854775808", "-9223372036854775809", "18446744073709551617"}) {
-        differ.Parse(std::string(text) + " 01:02:03-04:05:06", {9, 9, 9, 9, 9, 9, 9});
+    for (const char* text : {"2147483647",
+                             "2147483648",
+                             "-2147483648",
+                             "-2147483649",
+                             "4294967296",
+                             "4294967297",
+                             "9223372036854775807",
+                             "9223372036854775808",
+                             "-9223372036854775807",
+                             "-9223372036854775808",
+                             "-9223372036854775809",
+                             "18446744073709551615",
+                             "18446744073709551616",
+                             "-18446744073709551616",
+                             "18446744073709551617",
+                             "6442450943",
+                             "4294967295",
+                             "0000000000000000000000009223372036854775808",
+                             "-0009223372036854775808",
+                             "- 1",
+                             "+ 1"}) {
+        differ.Parse(std::string(text) + " 01:02:03-04:05:06", kUntouchedFields);
     }
 }
 
@@ -157,7 +223,7 @@ TEST(TimeTextDiffers, NowhereOnLeadingNumbersOfAnyLength) {
 // records written.
 TEST(TimeTextDiffers, NowhereOnMillionsOfRandomAndMutatedTexts) {
     std::mt19937_64 random(20261123);
-    const std::string alphabet = "0123456789-+: \t\n\v\f\rx";
+    const std::string alphabet = "0123456789-+: \t\n\v\f\rx\b\x0e\x1c\x1f/;\x80\x85\xa0\xff";
     const char* const numbers[] = {"99999999999", "2147483648", "-2147483649", "4294967297",
                                    "007",         "-",          "+",           ""};
     auto below = [&random](std::size_t n) {
