@@ -57,11 +57,14 @@ Json::Value MaskValue(std::uint32_t mask) { return Int(Narrow<int>(mask)); }
 // Each cell byte is shifted to its column and OR-ed in, so a cell value other than 0 or 1 spills
 // into the columns above it (and out of the 32-bit mask).
 void PutRegion(const KZDEV_MOTION_DETECT_CFG& cfg, Json::Value& table) {
-    for (int r = 0; r < RowsHeld(cfg); ++r) {
+    const int rows = RowsHeld(cfg);
+    if (rows <= 0) return;  // no "Region" at all
+    Json::Value& region = table["Region"];
+    for (int r = 0; r < rows; ++r) {
         std::uint32_t mask = 0;
         for (int c = 0; c < ColsHeld(cfg); ++c)
             mask |= static_cast<std::uint32_t>(cfg.region[r][c]) << c;
-        table["Region"][r] = MaskValue(mask);
+        region[r] = MaskValue(mask);
     }
 }
 
