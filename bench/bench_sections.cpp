@@ -439,22 +439,25 @@ void CountOne(const Example& example, Mode mode, Op op) {
     Counted<SectionIndex, OpIndex>(conversion);
 }
 
-// Conversions 0-3 and 8-9 of the record mode, 4-7 of the text mode, in the order of kOps.
+// A conversion and its floor in both directions, numbered from Base in the order of kOps.
+template <std::size_t SectionIndex, int Base>
+void CountConversions(const Example& example, Mode mode) {
+    CountOne<SectionIndex, Base>(example, mode, Op::Deserialize);
+    CountOne<SectionIndex, Base + 1>(example, mode, Op::DeserializeFloor);
+    CountOne<SectionIndex, Base + 2>(example, mode, Op::Serialize);
+    CountOne<SectionIndex, Base + 3>(example, mode, Op::SerializeFloor);
+}
+
+// Conversions 0-3 and the references 8-9 of the record mode, 4-7 of the text mode.
 template <std::size_t SectionIndex>
 void CountSection(const Example& example, Mode mode) {
-    if (mode == Mode::Record) {
-        CountOne<SectionIndex, 0>(example, mode, Op::Deserialize);
-        CountOne<SectionIndex, 1>(example, mode, Op::DeserializeFloor);
-        CountOne<SectionIndex, 2>(example, mode, Op::Serialize);
-        CountOne<SectionIndex, 3>(example, mode, Op::SerializeFloor);
-        CountOne<SectionIndex, 8>(example, mode, Op::DeserializeRead);
-        CountOne<SectionIndex, 9>(example, mode, Op::SerializeBuild);
-    } else {
-        CountOne<SectionIndex, 4>(example, mode, Op::Deserialize);
-        CountOne<SectionIndex, 5>(example, mode, Op::DeserializeFloor);
-        CountOne<SectionIndex, 6>(example, mode, Op::Serialize);
-        CountOne<SectionIndex, 7>(example, mode, Op::SerializeFloor);
+    if (mode == Mode::Text) {
+        CountConversions<SectionIndex, 4>(example, mode);
+        return;
     }
+    CountConversions<SectionIndex, 0>(example, mode);
+    CountOne<SectionIndex, 8>(example, mode, Op::DeserializeRead);
+    CountOne<SectionIndex, 9>(example, mode, Op::SerializeBuild);
 }
 
 template <std::size_t... I>

@@ -32,6 +32,9 @@ inline bool IsArrayOrNull(const Json::Value& v) { return v.isNull() || v.isArray
 // create a member and never throw; only value conversions (asInt of a string, ...) do.
 const Json::Value& Member(const Json::Value& v, const char* key);
 const Json::Value& Member(const Json::Value& v, const std::string& key);
+// The member itself, or null when the value is not an object or has no such member: a member
+// that is present and null is told apart from an absent one.
+const Json::Value* FindMember(const Json::Value& v, const std::string& key);
 const Json::Value& Element(const Json::Value& v, Json::ArrayIndex index);
 // A path of keys, each looked up by Member: Path(t, {"EventHandler", "TimeSection"}).
 const Json::Value& Path(const Json::Value& v, std::initializer_list<const char*> keys);

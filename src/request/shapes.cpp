@@ -11,9 +11,12 @@ const Json::Value& Member(const Json::Value& v, const char* key) {
     return found != nullptr ? *found : Json::Value::nullSingleton();
 }
 
+const Json::Value* FindMember(const Json::Value& v, const std::string& key) {
+    return v.isObject() ? v.find(key.data(), key.data() + key.size()) : nullptr;
+}
+
 const Json::Value& Member(const Json::Value& v, const std::string& key) {
-    if (!v.isObject()) return Json::Value::nullSingleton();
-    const Json::Value* found = v.find(key.data(), key.data() + key.size());
+    const Json::Value* found = FindMember(v, key);
     return found != nullptr ? *found : Json::Value::nullSingleton();
 }
 

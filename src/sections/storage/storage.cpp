@@ -38,25 +38,17 @@ const Json::Value& StorageKeys(const Json::Value& table, bool& objectForm) {
     return Element(table, 0);
 }
 
-// "En0", "Time1": the members of an F5 day object for upload section s.
-std::string DayMember(const char* prefix, int s) {
-    char name[64] = {};
-    _snprintf(name, sizeof name, "%s%d", prefix, s);
-    return name;
-}
-
-// The member names of every upload section of a day, made once for a whole schedule.
+// "En0", "Time1", ...: the members of an F5 day object for each upload section, made once for a
+// whole schedule.
 using DayMembers = std::array<std::string, KZ_NAS_DAY_SECTIONS>;
 DayMembers DayMembersOf(const char* prefix) {
     DayMembers names;
-    for (int s = 0; s < KZ_NAS_DAY_SECTIONS; ++s)
-        names[static_cast<std::size_t>(s)] = DayMember(prefix, s);
+    for (std::size_t s = 0; s < names.size(); ++s) {
+        char name[64] = {};
+        _snprintf(name, sizeof name, "%s%d", prefix, static_cast<int>(s));
+        names[s] = name;
+    }
     return names;
-}
-
-// The member of an object, or null when it has no such member (a null member is present).
-const Json::Value* FindMember(const Json::Value& v, const std::string& key) {
-    return v.isObject() ? v.find(key.data(), key.data() + key.size()) : nullptr;
 }
 
 // ---- NAS --------------------------------------------------------------------------------------
