@@ -1,6 +1,7 @@
 // Runs the fuzz target over the files given on the command line (the corpus): the same checks
 // without the fuzzing engine, for every build. A file is taken as the device's text, and as the
-// F5 text it is merged into; every section runs on it in both directions, in record mode, in
+// F5 text it is merged into (a file that holds a NUL, a .seed file, gives the table before it and
+// the F5 text after it); every section runs on it in both directions, in record mode, in
 // text mode (with a buffer of exactly the text's size and one with room), in a mode no section
 // accepts and on channel -1 with a current reply.
 #include "fuzz_input.h"

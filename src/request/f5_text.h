@@ -5,6 +5,8 @@
 
 #include <json/json.h>
 
+#include <type_traits>
+
 namespace protofix {
 
 // Json::Reader::parse of [begin, end) without comments, read in place; false also for a text
@@ -29,11 +31,17 @@ int WriteF5Buffer(const Json::Value& document, char* buffer, int capacity);
 
 // The whole Deserialize side: read the buffer, let edit(document) merge the table into it, write
 // it back. -1 with the buffer unchanged when the text is missing, does not parse or does not fit.
+// An edit that answers a bool answers false when it already knows that the merged text cannot fit
+// the buffer: the write-back is then not attempted.
 template <class Edit>
 int MergeIntoF5Buffer(char* buffer, int capacity, Edit&& edit) {
     Json::Value document;
     if (!ReadF5Buffer(buffer, capacity, document)) return -1;
-    edit(document);
+    if constexpr (std::is_void_v<decltype(edit(document))>) {
+        edit(document);
+    } else if (!edit(document)) {
+        return -1;
+    }
     return WriteF5Buffer(document, buffer, capacity);
 }
 

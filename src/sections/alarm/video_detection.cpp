@@ -7,8 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <memory>
-#include <new>
+#include <string>
 #include <type_traits>
 
 using namespace protofix;
@@ -152,35 +151,37 @@ void PacketOwnKeys(const Json::Value& section, Json::Value& table) {
 }
 
 // Writes the table's row masks into "Region"[r]."En" of the section's member as texts of w
-// characters, column 0 last; w is the table's "Col", or 32 when that is 0 or less. Answers false
-// when a row text is written that is wider than the buffer can hold: the merged text cannot fit.
+// characters, column 0 last; w is the table's "Col", or 32 when that is 0 or less. Each row text
+// is written between quotes, so the merged text is longer than the rows written so far: answers
+// false as soon as they are more than the buffer's capacity holds. The rows after that are still
+// read (a row of the wrong kind throws, as it would have), but none is written.
 bool MergeRegion(const Json::Value& table, Json::Value& document, int capacity) {
     const char* const member = kMember<KZDEV_MOTION_DETECT_CFG>;
     const Json::Value& region = Member(table, "Region");
     if (!region.isArray()) return true;
     const int col = Member(table, "Col").asInt();
     const std::size_t width = col > 0 ? static_cast<std::size_t>(col) : kMaskBits;
-    // A row text is written between quotes; one as wide as the buffer cannot be copied back.
-    const bool fits = capacity >= 0 && width + 2 <= static_cast<std::size_t>(capacity);
-    std::unique_ptr<char[]> row;
-    if (fits) row.reset(new (std::nothrow) char[width + 1]);
-    bool wrote = false;
+    const std::size_t room = capacity > 0 ? static_cast<std::size_t>(capacity) : 0;
+    std::size_t least = 0;  // the least length of the merged text so far
+    std::string row;
     for (Json::ArrayIndex r = 0; r < region.size(); ++r) {
         const std::uint32_t mask = RowMask(region[r]);
         Json::Value* rows = SectionKey(document, member, "Region");
         Json::Value* element = rows ? ElementToWrite(*rows, r) : nullptr;
         Json::Value* en = element ? MemberToWrite(*element, "En") : nullptr;
         if (en == nullptr) continue;
-        wrote = true;
-        if (!row) continue;  // too wide, or the buffer could not be had: nothing is written
-        std::memset(row.get(), 0, width + 1);
-        for (std::size_t k = 0; k < width; ++k) {
-            const bool set = k < kMaskBits && ((mask >> k) & 1u) != 0;
-            row[width - 1 - k] = set ? '1' : '0';
+        least += width + 2;
+        if (least > room) {
+            while (++r < region.size()) RowMask(region[r]);
+            return false;
         }
-        *en = Json::Value(row.get(), row.get() + width);
+        row.assign(width, '0');
+        for (std::size_t k = 0; k < std::min<std::size_t>(width, kMaskBits); ++k) {
+            if (((mask >> k) & 1u) != 0) row[width - 1 - k] = '1';
+        }
+        *en = row;
     }
-    return fits || !wrote;
+    return true;
 }
 
 template <class Cfg>

@@ -226,21 +226,31 @@ int ParseLimitCfg(const Json::Value& table, KZDEV_NAS_CFG* cfg) {
     return 1;
 }
 
+// The least the merged F5 text grows by for each day object the merge writes: its braces and, for
+// every upload section, "En<s>":<digit> and "Time<s>":"" (the span's own characters not counted).
+constexpr std::size_t kLeastDayText =
+    2 + KZ_NAS_DAY_SECTIONS * ((sizeof "\"En0\":0" - 1) + (sizeof "\"Time0\":\"\"" - 1));
+
 // Each upload section of the table goes to the F5 day object as "En<s>" and "Time<s>". One
 // scratch section serves every entry: a text that does not scan in full keeps the values of the
-// entry before in what it does not reach.
-void MergeLimit(const Json::Value& table, Json::Value& document) {
+// entry before in what it does not reach. Answers false as soon as the day objects written are
+// more than the buffer's capacity can hold: the merge stops there (the keys after the schedule
+// are still read, as they would have been), and the whole text would not have fit.
+bool MergeLimit(const Json::Value& table, Json::Value& document, int capacity) {
     const Json::Value& keys = Element(table, 0);
     const Json::Value& channels = Member(keys, "Channels");
     const DayMembers times = DayMembersOf("Time");
     const DayMembers enables = DayMembersOf("En");
+    const std::size_t room = capacity > 0 ? static_cast<std::size_t>(capacity) : 0;
+    std::size_t least = 0;  // the least length of the merged text so far
     tagKZ_TSECT scratch = {};
-    for (Json::ArrayIndex c = 0; channels.isArray() && c < channels.size(); ++c) {
+    for (Json::ArrayIndex c = 0; channels.isArray() && c < channels.size() && least <= room; ++c) {
         const Json::Value& schedule = Member(channels[c], "TimeSchedule");
-        for (int d = 0; d < KZ_WEEK_DAYS; ++d) {
+        for (int d = 0; d < KZ_WEEK_DAYS && least <= room; ++d) {
             const Json::Value& texts = Element(schedule, static_cast<Json::ArrayIndex>(d));
             // Reaching the day object creates the path to it once, whatever its sections hold.
             Json::Value* day = ToWrite(document, "NAS", "ChnTime", static_cast<int>(c), d);
+            if (day != nullptr) least += kLeastDayText;
             for (std::size_t s = 0; s < times.size(); ++s) {
                 const Json::Value& text = Element(texts, static_cast<Json::ArrayIndex>(s));
                 if (text.isString())
@@ -257,6 +267,7 @@ void MergeLimit(const Json::Value& table, Json::Value& document) {
     if (Present(fileLength)) WriteAt(document, fileLength, "NAS", "FileLen");
     const Json::Value& interval = Member(keys, "Interval");
     if (Present(interval)) WriteAt(document, interval.asInt(), "NAS", "Interval");
+    return least <= room;
 }
 
 }  // namespace
@@ -271,7 +282,13 @@ int CReqConfigProtocolFix::Packet_RemoteStorageLimit(Json::Value& table) {
     return PacketInMode<KZDEV_NAS_CFG>(m_info, PacketLimitCfg, PacketLimitText, table);
 }
 int CReqConfigProtocolFix::Parse_RemoteStorageLimit(Json::Value& table) {
-    return ParseInMode<KZDEV_NAS_CFG>(m_info, ParseLimitCfg, MergeLimit, table);
+    const int capacity = m_info.outputLength;
+    return ParseInMode<KZDEV_NAS_CFG>(
+        m_info, ParseLimitCfg,
+        [capacity](const Json::Value& in, Json::Value& document) {
+            return MergeLimit(in, document, capacity);
+        },
+        table);
 }
 
 int CReqConfigProtocolFix::Packet_StorageGroup(Json::Value& table) {

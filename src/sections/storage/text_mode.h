@@ -58,12 +58,14 @@ int PacketInMode(const PROTOCOL_FIX_INFO& info, int (*fromRecord)(Record*, Json:
     return fromRecord(static_cast<Record*>(info.input), table);
 }
 
-template <class Record>
+// intoText(table, document) merges the table into the F5 document; it may answer false when it
+// already knows that the merged text cannot fit the buffer (see MergeIntoF5Buffer).
+template <class Record, class IntoText>
 int ParseInMode(const PROTOCOL_FIX_INFO& info, int (*intoRecord)(const Json::Value&, Record*),
-                void (*intoText)(const Json::Value&, Json::Value&), const Json::Value& table) {
+                IntoText&& intoText, const Json::Value& table) {
     if (info.mode == PROTOFIX_MODE_TEXT) {
         return MergeIntoF5Buffer(static_cast<char*>(info.output), info.outputLength,
-                                 [&](Json::Value& document) { intoText(table, document); });
+                                 [&](Json::Value& document) { return intoText(table, document); });
     }
     return intoRecord(table, static_cast<Record*>(info.output));
 }
