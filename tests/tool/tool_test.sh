@@ -248,7 +248,7 @@ group_errors() {
     check view-out-of-range        2 err 'not a view of KZDEV_RTSP_CFG: port: 70000 out of range' \
                                                                                 "<" <(echo '{"port":70000}') serialize RTSP
     check missing-file             2 err '/nonexistent/t\.json: cannot open: '  deserialize Network /nonexistent/t.json
-    check directory                2 err ': cannot read: '                      deserialize Network "$work"
+    check directory                2 err ': is a directory$'                    deserialize Network "$work"
     check invalid-json-location    2 err 'bad\.json: invalid JSON at line 3, column 7: ' deserialize Network "$work/bad.json"
     check invalid-json-record      2 err 'bad\.json: invalid JSON at line 3, column 7: ' serialize Network "$work/bad.json"
     check invalid-json-base        2 err 'bad\.json: invalid JSON at line 3'    deserialize Network "$table" --base "$work/bad.json"
@@ -298,7 +298,7 @@ group_usage() {
                                                                                 serialize Alarm --f5 "$ex/alarm.f5.json" --capacity 3000
     check version                  0 out '^protofix [0-9]+\.[0-9]+\.[0-9]+$'     --version
     check capacity-zero            2 err '--capacity'                           deserialize Alarm --f5 "$ex/alarm.f5.json" --capacity 0
-    check capacity-capacity-text   2 err '--capacity lots: expected a whole number from 1 to 2147483647' \
+    check capacity-capacity-text   2 err '--capacity lots: expected a whole number from 1 to 67108864' \
                                                                                 deserialize Alarm --f5 "$ex/alarm.f5.json" --capacity lots
     check standard-unknown         2 err '^protofix: --standard secam: expected pal or ntsc$' \
                                                                                 serialize Network "$record" --standard secam
@@ -461,6 +461,90 @@ group_warnings() {
         grep -q 'standard input is a terminal' "$work/tty" ||
             fail terminal-stdin "$(head -c 300 "$work/tty")"
     fi
+}
+
+# timed SECONDS NAME ARGS...: the check's run ends within the seconds given.
+timed() {
+    local seconds=$1 name=$2
+    shift 2
+    local start=$SECONDS
+    "$@"
+    (( SECONDS - start <= seconds )) || fail "$name" "took $((SECONDS - start)) s, more than $seconds s"
+}
+
+# The peak memory of a run in MiB, when /usr/bin/time is there and the tool is not built with a
+# sanitizer (whose shadow memory counts); empty otherwise.
+peak_mib() {
+    [[ -x /usr/bin/time ]] || return 0
+    ldd "$tool" 2>/dev/null | grep -q 'lib[at]san' && return 0
+    /usr/bin/time -f %M -o "$work/peak" "$tool" "$@" >/dev/null 2>&1
+    echo $(($(tail -n 1 "$work/peak") / 1024))
+}
+
+# No input makes the tool read, hold or wait without a bound, and no output is lost unsaid.
+group_limits() {
+    local table=$ex/rtsp.table.json f5=$ex/alarm.f5.json
+    head -c 3000 /dev/zero | tr '\0' ' ' >"$work/blank-3k.json"
+    echo '{"Port":554}' >>"$work/blank-3k.json"
+    mkfifo "$work/fifo"
+    #     name                     status stream pattern                        arguments
+    timed 5 dev-zero check dev-zero 2 err '^protofix: /dev/zero: larger than the input limit of 64 MiB \(--max-input raises it\)$' \
+                                                                                deserialize RTSP /dev/zero
+    timed 5 stdin-zero check stdin-zero 2 err '^protofix: <stdin>: larger than the input limit of 64 MiB' \
+                                                                                "<" /dev/zero deserialize RTSP
+    check limit-raised             0 out '"port": 554'                          deserialize RTSP "$work/blank-3k.json" --max-input 3k
+    check limit-file               2 err 'blank-3k\.json: larger than the input limit of 2 KiB' \
+                                                                                deserialize RTSP "$work/blank-3k.json" --max-input 2k
+    check limit-pipe               2 err '<stdin>: larger than the input limit of 2 KiB' \
+                                                                                "<" <(cat "$work/blank-3k.json") deserialize RTSP --max-input 2K
+    check limit-view               2 err 'larger than the input limit of 10 bytes' view RTSP "$ex/rtsp.record.json" --max-input 10
+    check limit-f5                 2 err 'alarm\.f5\.json: larger than the input limit of 1 KiB' \
+                                                                                serialize Alarm --f5 "$f5" --max-input 1KiB
+    check limit-unit               2 err '^protofix: --max-input 64X: expected a size in bytes' deserialize RTSP "$table" --max-input 64X
+    check limit-above-int          2 err '^protofix: --max-input 2G: expected a size' deserialize RTSP "$table" --max-input 2G
+    check limit-empty              2 err '^protofix: --max-input "": expected a size' deserialize RTSP "$table" --max-input ''
+    # A FIFO is read as a pipe: once its writer comes, to the end of what it writes.
+    { sleep 1; cat "$table" >"$work/fifo"; } &
+    timed 5 fifo check fifo        0 out '"port": 554'                          deserialize RTSP "$work/fifo"
+    wait
+    timed 5 capacity-largest check capacity-largest 2 err '^protofix: --capacity 2147483647: expected a whole number from 1 to 67108864 \(the input limit; --max-input raises it\)$' \
+                                                                                deserialize Alarm --f5 "$f5" "$ex/alarm.table.json" --capacity 2147483647
+    check capacity-raised          0 out '"Alarm"'                              deserialize Alarm --f5 "$f5" "$ex/alarm.table.json" --capacity 100000000 --max-input 128M
+    # Every whole-number option alike: no empty value, no blank around the digits.
+    local option
+    for option in --channel --id --sub-mode --capacity; do
+        check "empty$option"       2 err "^protofix: $option \"\": expected a whole number" deserialize Alarm --f5 "$f5" "$ex/alarm.table.json" "$option" ''
+        check "blank$option"       2 err "^protofix: $option \" 1\": expected a whole number" deserialize Alarm --f5 "$f5" "$ex/alarm.table.json" "$option" ' 1'
+    done
+    # Output that cannot be written is an error, whatever the command.
+    local args
+    for args in "sections" "serialize RTSP $ex/rtsp.record.json" "deserialize RTSP $table"; do
+        cases=$((cases + 1))
+        # shellcheck disable=SC2086
+        "$tool" $args >/dev/full 2>"$work/err"
+        status=$?
+        [[ $status -eq 2 ]] && grep -q '^protofix: standard output: cannot write: No space left' "$work/err" ||
+            fail "full-disk $args" "exit status $status: $(head -c 300 "$work/err")"
+        cases=$((cases + 1))
+        # shellcheck disable=SC2086
+        "$tool" $args >&- 2>"$work/err"
+        status=$?
+        [[ $status -eq 2 ]] && grep -q '^protofix: standard output: cannot write: Bad file descriptor' "$work/err" ||
+            fail "closed-output $args" "exit status $status: $(head -c 300 "$work/err")"
+    done
+    # A reader that leaves early ends the tool by SIGPIPE, as any command of a pipeline.
+    cases=$((cases + 1))
+    "$tool" deserialize Alarm "$ex/alarm.table.json" 2>/dev/null | head -c 1 >/dev/null
+    [[ ${PIPESTATUS[0]} -eq 0 || ${PIPESTATUS[0]} -eq 141 ]] || fail sigpipe "exit status ${PIPESTATUS[0]}"
+    # Memory in proportion to the input: a 64 MiB file of blanks is refused holding it once.
+    head -c $((64 << 20)) /dev/zero | tr '\0' ' ' >"$work/blank-64m.json"
+    local peak
+    peak=$(peak_mib deserialize RTSP "$work/blank-64m.json" --max-input 63M)
+    cases=$((cases + 1))
+    [[ -z $peak || $peak -lt 20 ]] || fail memory-refused-file "$peak MiB to refuse a file by its size"
+    peak=$(peak_mib deserialize RTSP - --max-input 64M <"$work/blank-64m.json")
+    cases=$((cases + 1))
+    [[ -z $peak || $peak -lt 200 ]] || fail memory-whole-file "$peak MiB to read a 64 MiB text"
 }
 
 if ! declare -F "group_$group" >/dev/null; then

@@ -103,7 +103,7 @@ bool WriteSection(const Section& section, const std::string& examplesDir, std::o
     const std::string file = Lower(section.name) + ".table.json";
     std::string text;
     Json::Value table;
-    if (!ReadInput(examplesDir + "/" + file, text, failure) ||
+    if (!ReadInput(examplesDir + "/" + file, kDefaultMaxInput, text, failure) ||
         !ParseJsonText(examplesDir + "/" + file, text, table, failure)) {
         return false;
     }

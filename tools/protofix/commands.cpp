@@ -173,8 +173,10 @@ bool Given(const Options& options, const char* option) {
 
 // ---- reading ------------------------------------------------------------------------------------
 
-bool ReadJson(const std::string& path, std::string& text, Json::Value& value, Failure& failure) {
-    return ReadInput(path, text, failure) && ParseJsonText(path, text, value, failure);
+bool ReadJson(const Options& options, const std::string& path, std::string& text,
+              Json::Value& value, Failure& failure) {
+    return ReadInput(path, options.maxInput, text, failure) &&
+           ParseJsonText(path, text, value, failure);
 }
 
 // The envelope that serialize prints, {"params":{"table":...},"result":...,...}.
@@ -189,9 +191,9 @@ bool IsEnvelope(const Json::Value& value) {
 }
 
 // The table to convert: the file's JSON, or the table of the envelope it holds.
-bool ReadTable(const std::string& path, std::string& text, Json::Value& table, Failure& failure,
-               Warnings& warnings) {
-    if (!ReadJson(path, text, table, failure)) return false;
+bool ReadTable(const Options& options, const std::string& path, std::string& text,
+               Json::Value& table, Failure& failure, Warnings& warnings) {
+    if (!ReadJson(options, path, text, table, failure)) return false;
     if (!IsEnvelope(table)) return true;
     if (table["result"].isBool() && !table["result"].asBool()) {
         warnings.push_back(DisplayName(path) +
@@ -224,10 +226,10 @@ const Descriptor* ViewOf(const Section& section, Failure& failure) {
 
 // Applies the record given at path to the record, which holds the section's record size: its
 // raw bytes in hex when hexOnly is set or the text looks like hex, else its named-field view.
-bool ApplyRecord(const Section& section, const std::string& path, bool hexOnly, Bytes& record,
-                 Failure& failure) {
+bool ApplyRecord(const Options& options, const Section& section, const std::string& path,
+                 bool hexOnly, Bytes& record, Failure& failure) {
     std::string text;
-    if (!ReadInput(path, text, failure)) return false;
+    if (!ReadInput(path, options.maxInput, text, failure)) return false;
     if (hexOnly || LooksLikeHex(text)) {
         return ParseHexRecord(path, text, record.size(), section.record, record, failure);
     }
@@ -380,10 +382,10 @@ bool Convert(const Options& options, const Section& section, const Request& requ
     if (!textMode && section.HasRecord() && !options.hex && ViewOf(section, failure) == nullptr) {
         return false;
     }
-    if (!ReadTable(options.input, c.tableText, c.table, failure, warnings)) return false;
+    if (!ReadTable(options, options.input, c.tableText, c.table, failure, warnings)) return false;
     if (textMode) {
         Json::Value ignored;
-        if (!ReadJson(options.f5, c.oldText, ignored, failure)) return false;
+        if (!ReadJson(options, options.f5, c.oldText, ignored, failure)) return false;
         const std::size_t needed = c.oldText.size() + 1;
         const std::size_t capacity =
             options.capacity > 0 ? static_cast<std::size_t>(options.capacity)
@@ -402,7 +404,7 @@ bool Convert(const Options& options, const Section& section, const Request& requ
         std::memcpy(c.start.data(), c.oldText.c_str(), needed);
     } else if (section.HasRecord()) {
         c.start.assign(section.recordSize, 0);
-        if (!options.base.empty() && !ApplyRecord(section, options.base, false, c.start, failure)) {
+        if (!options.base.empty() && !ApplyRecord(options, section, options.base, false, c.start, failure)) {
             return false;
         }
     }
@@ -518,7 +520,7 @@ bool ConvertTable(const Options& options, std::string& current, const Section*& 
         return false;
     }
     Json::Value ignored;
-    if (!options.current.empty() && !ReadJson(options.current, current, ignored, failure)) {
+    if (!options.current.empty() && !ReadJson(options, options.current, current, ignored, failure)) {
         return false;
     }
     request.emplace(section->name, !options.f5.empty(),
@@ -550,7 +552,7 @@ Status View(const Options& options, std::ostream& out, Failure& failure) {
     }
     if (ViewOf(*section, failure) == nullptr) return failure.status;
     Bytes record(section->recordSize, 0);
-    if (!ApplyRecord(*section, options.input, false, record, failure)) return failure.status;
+    if (!ApplyRecord(options, *section, options.input, false, record, failure)) return failure.status;
     const Descriptor* descriptor = protofix::describe::FindDescriptor(section->record);
     for (const std::string& field : options.without) {
         const bool named = std::any_of(descriptor->fields.begin(), descriptor->fields.end(),
@@ -572,7 +574,7 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure, Wa
     std::string current;
     Json::Value ignored;
     if (section != nullptr && !options.current.empty() &&
-        !ReadJson(options.current, current, ignored, failure)) {
+        !ReadJson(options, options.current, current, ignored, failure)) {
         return failure.status;
     }
     const Settings settings = SettingsOf(options, options.current.empty() ? nullptr : &current);
@@ -582,11 +584,11 @@ Status Serialize(const Options& options, std::ostream& out, Failure& failure, Wa
     Bytes input;
     if (section != nullptr && textMode) {
         std::string f5Text;
-        if (!ReadJson(options.f5, f5Text, ignored, failure)) return failure.status;
+        if (!ReadJson(options, options.f5, f5Text, ignored, failure)) return failure.status;
         input.assign(f5Text.begin(), f5Text.end());
     } else if (section != nullptr && section->HasRecord()) {
         input.assign(section->recordSize, 0);
-        if (!ApplyRecord(*section, options.input, options.hex, input, failure)) {
+        if (!ApplyRecord(options, *section, options.input, options.hex, input, failure)) {
             return failure.status;
         }
     }

@@ -26,6 +26,7 @@ struct Options {
     int standard = 0;  // PROTOFIX_STANDARD_PAL or PROTOFIX_STANDARD_NTSC
     int subMode = 0;
     int capacity = 0;                  // 0: not given
+    std::size_t maxInput = kDefaultMaxInput;  // the largest input read
     bool hex = false;                  // serialize: RECORD is hex; deserialize: print hex
     bool pretty = false;               // indent the JSON printed
     bool tableOnly = false;            // serialize: print the table, not the whole envelope

@@ -1,10 +1,15 @@
 #include "inputs.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
+#include <new>
 
 namespace protofix::tool {
 namespace {
@@ -39,13 +44,38 @@ int HexDigit(char c) {
     return -1;
 }
 
+Failure TooLarge(const std::string& path, std::size_t limit) {
+    return {kBadInput, DisplayName(path) + ": larger than the input limit of " + SizeText(limit) +
+                           " (--max-input raises it)"};
+}
+
+// Reads the open file to its end, or until more than limit bytes have come.
+bool ReadStream(std::FILE* file, const std::string& path, std::size_t limit,
+                std::string& contents, Failure& failure) {
+    std::vector<char> chunk(65536);
+    std::size_t got = 0;
+    while ((got = std::fread(chunk.data(), 1, chunk.size(), file)) > 0) {
+        if (got > limit - std::min(limit, contents.size())) {
+            failure = TooLarge(path, limit);
+            return false;
+        }
+        contents.append(chunk.data(), got);
+    }
+    if (std::ferror(file) != 0) {
+        failure = {kBadInput, DisplayName(path) + ": cannot read: " + std::strerror(errno)};
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 std::string DisplayName(const std::string& path) {
     return path == kStandardInput ? std::string("<stdin>") : path;
 }
 
-bool ReadInput(const std::string& path, std::string& contents, Failure& failure) {
+bool ReadInput(const std::string& path, std::size_t limit, std::string& contents,
+               Failure& failure) {
     const bool standardInput = path == kStandardInput;
     if (standardInput && isatty(fileno(stdin)) != 0) {
         failure = {kBadInput,
@@ -53,26 +83,93 @@ bool ReadInput(const std::string& path, std::string& contents, Failure& failure)
                    "or pipe it in (protofix --help shows the usage)"};
         return false;
     }
+    // A FIFO is opened as a pipe is read: the open waits for its writer.
     std::FILE* file = standardInput ? stdin : std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
         failure = {kBadInput, DisplayName(path) + ": cannot open: " + std::strerror(errno)};
         return false;
     }
     contents.clear();
-    char chunk[65536];
-    std::size_t got = 0;
-    while ((got = std::fread(chunk, 1, sizeof chunk, file)) > 0) contents.append(chunk, got);
-    const bool readError = std::ferror(file) != 0;
-    const int readErrno = errno;
+    bool read = true;
+    struct stat status {};
+    if (fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode) &&
+        static_cast<unsigned long long>(status.st_size) > limit) {
+        failure = TooLarge(path, limit);
+        read = false;
+    } else if (S_ISDIR(status.st_mode)) {
+        failure = {kBadInput, DisplayName(path) + ": is a directory"};
+        read = false;
+    } else {
+        try {
+            read = ReadStream(file, path, limit, contents, failure);
+        } catch (const std::bad_alloc&) {
+            failure = {kBadInput, DisplayName(path) + ": out of memory reading " +
+                                      SizeText(contents.size()) + " of it"};
+            read = false;
+        }
+    }
     if (!standardInput) (void)std::fclose(file);  // read only: nothing is lost on a failed close
-    if (readError) {
-        failure = {kBadInput, DisplayName(path) + ": cannot read: " + std::strerror(readErrno)};
+    if (!read) {
+        contents.clear();
         return false;
     }
     // A byte-order mark is no part of the text.
     static constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
     if (contents.compare(0, 3, kByteOrderMark) == 0) contents.erase(0, 3);
     return true;
+}
+
+bool ParseSize(const std::string& option, const std::string& text, std::size_t max,
+               std::size_t& size, Failure& failure) {
+    const Failure wrong{kBadInput, option + " " + ShownValue(text) +
+                                       ": expected a size in bytes such as 4096, 512k, 64M or 1G, "
+                                       "at most " +
+                                       SizeText(max)};
+    std::size_t digits = 0;
+    while (digits < text.size() && std::isdigit(static_cast<unsigned char>(text[digits])) != 0) {
+        ++digits;
+    }
+    if (digits == 0 || digits > 12) {
+        failure = wrong;
+        return false;
+    }
+    unsigned long long value = std::stoull(text.substr(0, digits));
+    std::string unit = text.substr(digits);
+    if (!unit.empty() && (unit.back() == 'B' || unit.back() == 'b')) unit.pop_back();
+    if (unit.size() == 2 && (unit[1] == 'i' || unit[1] == 'I')) unit.pop_back();
+    const std::size_t power =
+        unit.size() == 1 ? std::string("kmg").find(static_cast<char>(
+                               std::tolower(static_cast<unsigned char>(unit[0]))))
+                         : std::string::npos;
+    if (!unit.empty() && power == std::string::npos) {
+        failure = wrong;
+        return false;
+    }
+    if (!unit.empty()) value <<= 10 * (power + 1);
+    if (value > max) {
+        failure = wrong;
+        return false;
+    }
+    size = static_cast<std::size_t>(value);
+    return true;
+}
+
+std::string ShownValue(const std::string& value) {
+    const bool plain = !value.empty() && std::none_of(value.begin(), value.end(), [](char c) {
+        return std::isspace(static_cast<unsigned char>(c)) != 0;
+    });
+    return plain ? value : "\"" + value + "\"";
+}
+
+std::string SizeText(std::size_t bytes) {
+    static constexpr const char* kUnits[] = {"bytes", "KiB", "MiB", "GiB"};
+    std::size_t unit = 0;
+    std::size_t value = bytes;
+    while (unit + 1 < std::size(kUnits) && value >= 1024 && value % 1024 == 0) {
+        value /= 1024;
+        ++unit;
+    }
+    return std::to_string(value) + " " + kUnits[unit];
 }
 
 bool ParseJsonText(const std::string& path, const std::string& text, Json::Value& value,

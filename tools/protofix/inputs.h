@@ -30,9 +30,27 @@ constexpr const char* kStandardInput = "-";
 // How a path shows in messages: the path itself, or "<stdin>".
 std::string DisplayName(const std::string& path);
 
+// The largest input read when --max-input is not given: 64 MiB.
+constexpr std::size_t kDefaultMaxInput = std::size_t{64} << 20;
+
 // The whole file (or standard input for "-") as bytes, without a leading UTF-8 byte-order mark.
-// Standard input that is a terminal is refused rather than waited on.
-bool ReadInput(const std::string& path, std::string& contents, Failure& failure);
+// Standard input that is a terminal is refused rather than waited on. An input of more than
+// limit bytes is refused: a regular file before it is read, a pipe, a FIFO or a device as soon
+// as more than the limit has come.
+bool ReadInput(const std::string& path, std::size_t limit, std::string& contents,
+               Failure& failure);
+
+// A size in bytes as the options give it: digits, optionally followed by k, M or G (powers of
+// 1024) and an optional B ("64M", "512k", "1GB", "4096"). False, with failure naming the option,
+// for anything else or a size above max.
+bool ParseSize(const std::string& option, const std::string& text, std::size_t max,
+               std::size_t& size, Failure& failure);
+
+// An option's value as a message shows it: quoted when it is empty or holds a blank.
+std::string ShownValue(const std::string& value);
+
+// A size for messages: "64 MiB", "1536 bytes".
+std::string SizeText(std::size_t bytes);
 
 // Parses a JSON text the way the library does (Json::Reader, comments not collected). A text that
 // does not parse fails with the line and column of the first error; so does a text holding a NUL

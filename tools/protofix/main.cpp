@@ -10,7 +10,10 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <climits>
 #include <cstdlib>
 #include <exception>
@@ -44,6 +47,7 @@ struct RawOptions {
     std::string standard;
     std::string subMode;
     std::string capacity;
+    std::string maxInput;
     bool strict = false;
 };
 
@@ -54,6 +58,18 @@ struct CommonOptions {
     CLI::Option* subMode = nullptr;
     CLI::Option* current = nullptr;
 };
+
+// The largest input --max-input allows: what the library's lengths (an int) can hold.
+constexpr std::size_t kLargestInput = static_cast<std::size_t>(INT_MAX);
+
+// "--max-input SIZE" on a command that reads files.
+void AddMaxInput(CLI::App& command, RawOptions& raw) {
+    command
+        .add_option("--max-input", raw.maxInput,
+                    "Refuse an input file larger than this (default 64M; k, M, G as powers of "
+                    "1024); it also bounds --capacity")
+        ->type_name("SIZE");
+}
 
 CommonOptions AddCommonOptions(CLI::App& command, Options& options, RawOptions& raw) {
     CommonOptions added;
@@ -79,17 +95,21 @@ CommonOptions AddCommonOptions(CLI::App& command, Options& options, RawOptions& 
                      "Indent the JSON printed (default: compact, as "
                      "the device reads it)");
     command.add_flag("--strict", raw.strict, "Exit with status 1 when there is any warning");
+    AddMaxInput(command, raw);
     return added;
 }
 
+// A whole number in decimal, with no blank before or after it.
 bool ParseInteger(const std::string& option, const std::string& text, long long min, long long max,
                   long long& value, Failure& failure) {
     errno = 0;
     char* end = nullptr;
-    const long long number = std::strtoll(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || errno != 0 || number < min || number > max) {
+    const bool starts = !text.empty() && (std::isdigit(static_cast<unsigned char>(text[0])) != 0 ||
+                                          text[0] == '-' || text[0] == '+');
+    const long long number = starts ? std::strtoll(text.c_str(), &end, 10) : 0;
+    if (!starts || *end != '\0' || errno != 0 || number < min || number > max) {
         failure = {protofix::tool::kBadInput,
-                   option + " " + text + ": expected a whole number from " + std::to_string(min) +
+                   option + " " + protofix::tool::ShownValue(text) + ": expected a whole number from " + std::to_string(min) +
                        " to " + std::to_string(max)};
         return false;
     }
@@ -207,6 +227,15 @@ std::string UsageMessage(const CLI::ParseError& e) {
     return what;
 }
 
+// Whether the command that ran was given the option.
+bool Given(const CLI::App& app, const std::string& option) {
+    for (const CLI::App* command : app.get_subcommands()) {
+        const CLI::Option* given = command->get_option_no_throw(option);
+        if (given != nullptr && given->count() > 0) return true;
+    }
+    return false;
+}
+
 int Run(int argc, char** argv) {
     CLI::App app{
         "Converts a configuration section of a device between its record, the device's "
@@ -307,6 +336,7 @@ int Run(int argc, char** argv) {
     view->add_option("--without", options.without, "Leave these top-level fields out of the view")
         ->delimiter(',')
         ->type_name("FIELD,...");
+    AddMaxInput(*view, raw);
 
     // A first word that names no command would otherwise be reported as a missing command.
     if (argc > 1 && argv[1][0] != '-') {
@@ -333,6 +363,13 @@ int Run(int argc, char** argv) {
             {protofix::tool::kBadInput, UsageMessage(e) + " (protofix --help shows the usage)"});
     }
 
+    if (Given(app, "--max-input")) {
+        Failure failure;
+        if (!ParseSize("--max-input", raw.maxInput, kLargestInput, options.maxInput, failure)) {
+            return Fail(failure);
+        }
+    }
+
     if (*view) {
         Failure failure;
         const protofix::tool::Status status = protofix::tool::View(options, std::cout, failure);
@@ -353,9 +390,11 @@ int Run(int argc, char** argv) {
         *serialize ? serializeCommon : (*deserialize ? deserializeCommon : roundtripCommon);
     Failure failure;
     if (!ReadRawOptions(raw, common, options, failure)) return Fail(failure);
-    if (!raw.capacity.empty()) {
+    if (Given(app, "--capacity")) {
         long long capacity = 0;
-        if (!ParseInteger("--capacity", raw.capacity, 1, INT_MAX, capacity, failure)) {
+        if (!ParseInteger("--capacity", raw.capacity, 1, static_cast<long long>(options.maxInput),
+                          capacity, failure)) {
+            failure.message += " (the input limit; --max-input raises it)";
             return Fail(failure);
         }
         options.capacity = static_cast<int>(capacity);
@@ -396,12 +435,29 @@ int Run(int argc, char** argv) {
 
 }  // namespace
 
+// Standard output written in full and closed: a full disk or a closed descriptor is an error
+// of its own, so that the caller never takes lost output for a result. (A reader that leaves
+// early ends the tool by SIGPIPE, as it ends any command of a pipeline.)
+bool OutputWritten() {
+    std::cout.flush();
+    const bool written = std::cout.good() && std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    const int error = errno;
+    if (std::fclose(stdout) != 0 || !written) {
+        std::cerr << "protofix: standard output: cannot write: "
+                  << std::strerror(written ? errno : error) << '\n';
+        return false;
+    }
+    return true;
+}
+
 int main(int argc, char** argv) {
+    int status = protofix::tool::kBadInput;
     try {
-        return Run(argc, argv);
+        status = Run(argc, argv);
     } catch (const std::exception& e) {
         // Out of memory, or a failure of the JSON library outside the conversion itself.
         std::cerr << "protofix: " << protofix::tool::OneLine(e.what()) << '\n';
-        return protofix::tool::kBadInput;
+        status = protofix::tool::kBadInput;
     }
+    return OutputWritten() ? status : protofix::tool::kBadInput;
 }
