@@ -1,6 +1,6 @@
 // The section catalog: every section with its routines, modes, record and the keys of its example
 // table, in Markdown.
-#include "inputs.h"
+#include "catalog.h"
 #include "section_table.h"
 
 #include <describe/describe.h>

@@ -1,6 +1,10 @@
 #include "section_table.h"
 
+#include "names.h"
+
 #include <describe/describe.h>
+
+#include <json/json.h>
 #include <protofix/protofix.h>
 
 #include <algorithm>
@@ -18,12 +22,18 @@ constexpr Section kSections[] = {
 #include <protofix/sections.def>
 };
 
-bool SameIgnoringCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) ==
-                      std::tolower(static_cast<unsigned char>(y));
-           });
-}
+// The text-mode sections whose values live under a member not named like the section.
+struct F5Member {
+    const char* section;
+    const char* member;
+    const char* inner;  // a member of member, or null
+};
+
+constexpr F5Member kOtherF5Members[] = {
+    {"VideoColor", "Encode", "VideoColor"}, {"VideoWaterMark", "WaterMark", nullptr},
+    {"VideoWidget", "Encode", nullptr},     {"RecordSource", "Record", nullptr},
+    {"RemoteStorageLimit", "NAS", nullptr},
+};
 
 }  // namespace
 
@@ -35,6 +45,35 @@ const Section* FindSection(std::string_view name) {
         if (SameIgnoringCase(section.name, name)) return &section;
     }
     return nullptr;
+}
+
+std::string UnknownSection(std::string_view name) {
+    return "unknown section \"" + std::string(name) + "\"" + DidYouMean(name, SectionNames()) +
+           "; 'protofix sections' lists them";
+}
+
+std::vector<std::string> SectionNames() {
+    std::vector<std::string> names;
+    for (const Section& section : kSections) names.emplace_back(section.name);
+    return names;
+}
+
+std::vector<std::string> F5MemberPath(const Section& section) {
+    if (!section.AcceptsText()) return {};
+    for (const F5Member& member : kOtherF5Members) {
+        if (std::string_view(member.section) != section.name) continue;
+        std::vector<std::string> path{member.member};
+        if (member.inner != nullptr) path.emplace_back(member.inner);
+        return path;
+    }
+    return {section.name};
+}
+
+std::string ExampleFile(const Section& section, const char* kind) {
+    std::string lower = section.name;
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower + "." + kind + ".json";
 }
 
 std::string ModesText(const Section& section) {
@@ -66,6 +105,25 @@ void ListSections(std::ostream& out) {
         line(section.name, ModesText(section), section.HasRecord() ? section.record : "-",
              section.HasRecord() ? std::to_string(section.recordSize) : "-");
     }
+}
+
+void ListSectionsJson(std::ostream& out) {
+    Json::Value list(Json::arrayValue);
+    for (const Section& section : kSections) {
+        Json::Value entry;
+        entry["name"] = section.name;
+        Json::Value modes(Json::arrayValue);
+        if (section.AcceptsRecord()) modes.append("record");
+        if (section.AcceptsText()) modes.append("text");
+        entry["modes"] = modes;
+        entry["record"] = section.HasRecord() ? Json::Value(section.record) : Json::Value();
+        entry["size"] = Json::Value(static_cast<Json::UInt64>(section.recordSize));
+        entry["routines"] = Json::Value(Json::arrayValue);
+        entry["routines"].append(std::string("Packet_") + section.suffix);
+        entry["routines"].append(std::string("Parse_") + section.suffix);
+        list.append(entry);
+    }
+    out << Json::FastWriter().write(list);
 }
 
 }  // namespace protofix::tool

@@ -10,6 +10,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace protofix::tool {
 
@@ -29,19 +30,32 @@ struct Section {
 // the table has none.
 const Section* FindSection(std::string_view name);
 
+// The message for a name no section has, with the name it most likely means.
+std::string UnknownSection(std::string_view name);
+
+// Every section's name, in table order.
+std::vector<std::string> SectionNames();
+
+// The member of the device's F5 text that holds the section's values, as a path of member names
+// ({"Alarm"}, {"Encode", "VideoColor"}); empty for a section without a text mode.
+std::vector<std::string> F5MemberPath(const Section& section);
+
+// The file name of the section's example of that kind ("table", "f5", "base", "record"):
+// "alarm.f5.json".
+std::string ExampleFile(const Section& section, const char* kind);
+
 // "record", "text" or "record,text".
 std::string ModesText(const Section& section);
 
 // One line per section, in table order, under a heading: name, modes, record, size.
 void ListSections(std::ostream& out);
 
+// The same as JSON: an array of {"name","modes","record","size","routines"}.
+void ListSectionsJson(std::ostream& out);
+
 // Every section, in table order.
 const Section* SectionsBegin();
 const Section* SectionsEnd();
-
-// The section catalog in Markdown: per section its routines, modes, record type and size, the
-// fields of its record and the keys of its example table, read from examplesDir.
-bool WriteCatalog(const std::string& examplesDir, std::ostream& out, Failure& failure);
 
 }  // namespace protofix::tool
 

@@ -18,7 +18,7 @@ bool IsScalar(const Json::Value& value) { return !value.isArray() && !value.isOb
 
 class ViewWriter {
 public:
-    ViewWriter() {
+    explicit ViewWriter(bool compact = false) : m_compact(compact) {
         Json::StreamWriterBuilder builder;
         builder["indentation"] = "";
         builder["emitUTF8"] = true;
@@ -45,6 +45,13 @@ private:
     // Elements of an array of records share the element's descriptor.
     std::string Array(const Json::Value& array, const Descriptor* descriptor, int depth) {
         if (array.empty()) return "[]";
+        if (m_compact) {
+            std::string text = "[";
+            for (Json::ArrayIndex i = 0; i < array.size(); ++i) {
+                text += (i != 0 ? "," : "") + Write(array[i], descriptor, depth + 1);
+            }
+            return text + "]";
+        }
         bool flat = true;
         for (const Json::Value& element : array) flat = flat && IsScalar(element);
         std::string text = "[";
@@ -73,6 +80,14 @@ private:
             if (!listed) members.emplace_back(name, nullptr);
         }
 
+        if (m_compact) {
+            std::string text = "{";
+            for (std::size_t i = 0; i < members.size(); ++i) {
+                text += (i != 0 ? "," : "") + Scalar(Json::Value(members[i].first)) + ":" +
+                        Write(object[members[i].first], members[i].second, depth + 1);
+            }
+            return text + "}";
+        }
         bool flat = true;
         for (const auto& member : members) flat = flat && IsScalar(object[member.first]);
         if (flat) {
@@ -94,19 +109,31 @@ private:
         return text + "\n" + Indent(depth) + "}";
     }
 
+    bool m_compact;
     std::unique_ptr<Json::StreamWriter> m_scalar;
 };
 
 }  // namespace
 
-std::string FormatView(const Descriptor& descriptor, const Json::Value& view) {
-    ViewWriter writer;
+std::string FormatView(const Descriptor& descriptor, const Json::Value& view, bool pretty) {
+    ViewWriter writer(!pretty);
     return writer.Write(view, &descriptor, 0) + "\n";
 }
 
 std::string FormatPretty(const Json::Value& value) {
     ViewWriter writer;
     return writer.Write(value, nullptr, 0) + "\n";
+}
+
+std::string FormatJson(const Json::Value& value, bool pretty) {
+    return pretty ? FormatPretty(value) : Json::FastWriter().write(value);
+}
+
+std::string FormatJsonText(const std::string& text, bool pretty) {
+    Json::Value value;
+    Json::Reader reader;
+    if (pretty && reader.parse(text, value, false)) return FormatPretty(value);
+    return text.empty() || text.back() != '\n' ? text + "\n" : text;
 }
 
 }  // namespace protofix::tool

@@ -1,0 +1,23 @@
+# Writes OUTPUT, a C++ source holding the tables, F5 texts and base records of EXAMPLES as string
+# literals (see tools/protofix/examples_data.h). Run with cmake -P; the file is rewritten only when
+# its text changes.
+file(GLOB files "${EXAMPLES}/*.table.json" "${EXAMPLES}/*.f5.json" "${EXAMPLES}/*.base.json")
+list(SORT files)
+set(text "// Generated from examples/ by cmake/embed-examples.cmake; do not edit.\n")
+string(APPEND text "#include \"examples_data.h\"\n\nnamespace protofix::tool {\n\n")
+string(APPEND text "const EmbeddedExample kEmbeddedExamples[] = {\n")
+set(count 0)
+foreach(file IN LISTS files)
+  get_filename_component(name "${file}" NAME)
+  file(READ "${file}" contents)
+  string(FIND "${contents}" ")protofix_example\"" clash)
+  if(NOT clash EQUAL -1)
+    message(FATAL_ERROR "${file} holds the literal's delimiter")
+  endif()
+  string(APPEND text "    {\"${name}\", R\"protofix_example(${contents})protofix_example\"},\n")
+  math(EXPR count "${count} + 1")
+endforeach()
+string(APPEND text "};\n\nconst std::size_t kEmbeddedExampleCount = ${count};\n\n}  // namespace protofix::tool\n")
+file(WRITE "${OUTPUT}.new" "${text}")
+configure_file("${OUTPUT}.new" "${OUTPUT}" COPYONLY)
+file(REMOVE "${OUTPUT}.new")

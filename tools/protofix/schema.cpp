@@ -1,0 +1,91 @@
+#include "schema.h"
+
+#include "examples_data.h"
+
+#include <algorithm>
+
+namespace protofix::tool {
+
+std::string_view EmbeddedExampleText(std::string_view file) {
+    for (std::size_t i = 0; i < kEmbeddedExampleCount; ++i) {
+        if (file == kEmbeddedExamples[i].file) return kEmbeddedExamples[i].text;
+    }
+    return {};
+}
+
+Shape ShapeChild(const Shape& parent, const std::string& member) {
+    return parent.empty() ? member : parent + '\0' + member;
+}
+
+Shape ShapeElement(const Shape& parent) { return ShapeChild(parent, "[]"); }
+
+void Schema::Add(const Json::Value& value, const Shape& shape) {
+    m_kinds.emplace(shape, value.type());
+    if (value.isObject()) {
+        std::vector<std::string>& members = m_members[shape];
+        for (const std::string& name : value.getMemberNames()) {
+            if (std::find(members.begin(), members.end(), name) == members.end()) {
+                members.push_back(name);
+            }
+            Add(value[name], ShapeChild(shape, name));
+        }
+    } else if (value.isArray()) {
+        for (const Json::Value& element : value) Add(element, ShapeElement(shape));
+    }
+}
+
+std::string Schema::KindAt(const Shape& shape) const {
+    const auto found = m_kinds.find(shape);
+    if (found == m_kinds.end()) return "";
+    switch (found->second) {
+        case Json::intValue:
+        case Json::uintValue:
+        case Json::realValue: return "a number";
+        case Json::booleanValue: return "true or false";
+        case Json::stringValue: return "a text";
+        case Json::arrayValue: return "an array";
+        case Json::objectValue: return "an object";
+        case Json::nullValue: break;
+    }
+    return "";
+}
+
+std::vector<std::string> Schema::MembersOf(const Shape& shape) const {
+    const auto found = m_members.find(shape);
+    return found != m_members.end() ? found->second : std::vector<std::string>();
+}
+
+std::size_t Schema::Shared(const Schema& other) const {
+    std::size_t shared = 0;
+    for (const auto& [shape, kind] : other.m_kinds) {
+        if (!shape.empty() && Knows(shape)) ++shared;
+    }
+    return shared;
+}
+
+const Json::Value& Knowledge::Example(const Section& section, const char* kind) {
+    const std::string file = ExampleFile(section, kind);
+    std::unique_ptr<Json::Value>& example = m_examples[file];
+    if (!example) {
+        example = std::make_unique<Json::Value>();
+        const std::string_view text = EmbeddedExampleText(file);
+        Json::Reader reader;
+        if (!text.empty() && !reader.parse(text.data(), text.data() + text.size(), *example, false)) {
+            *example = Json::Value();
+        }
+    }
+    return *example;
+}
+
+const Schema& Knowledge::ExampleSchema(const Section& section, const char* kind) {
+    const std::string file = ExampleFile(section, kind);
+    std::unique_ptr<Schema>& schema = m_schemas[file];
+    if (!schema) {
+        schema = std::make_unique<Schema>();
+        const Json::Value& example = Example(section, kind);
+        if (!example.isNull()) schema->Add(example);
+    }
+    return *schema;
+}
+
+}  // namespace protofix::tool
