@@ -466,6 +466,80 @@ group_warnings() {
     fi
 }
 
+# The answers a support engineer acts on: an input the section reads nothing of is a refusal that
+# says what the input looks like, with nothing on standard output; a loss reported is a real one;
+# the old text's own losses can be asked for; every refusal says the reason the tool can see.
+group_trust() {
+    local alarm=$ex/alarm.f5.json
+    write alarm-member.json '{"alarm":{"En":1,"Name":"door"}}'
+    write f5-wrong-kind.json '{"Alarm":{"En":"yes"}}'
+    sed 's/"Enable"/"enable"/' "$ex/alarm.table.json" >"$work/alarm-enable.json"
+    python3 -c 'print("{\"Hostname\":\"" + "x" * 100000 + "\"}")' >"$work/long-value.json" 2>/dev/null ||
+        { printf '{"Hostname":"'; head -c 100000 /dev/zero | tr '\0' x; printf '"}\n'; } >"$work/long-value.json"
+    #     name                     status stream   pattern                        arguments
+    # A wrong file converted: each says what the input is, never "give --base".
+    check table-of-other-section   1 only-err 'network\.table\.json: section Alarm read nothing of the table; it looks like the table of section Network$' \
+                                                                                  deserialize Alarm "$ex/network.table.json"
+    check record-given-as-table    1 only-err 'alarm\.record\.json: section Alarm read nothing of the table; it looks like a record of section Alarm in the named-field form \(KZDEV_ALARMIN_CFG; serialize reads it\)$' \
+                                                                                  deserialize Alarm "$ex/alarm.record.json"
+    check f5-given-as-table        1 only-err 'it looks like the F5 text of section Alarm \(--f5 takes it\)$' \
+                                                                                  deserialize Alarm "$alarm"
+    check f5-of-other-section      1 only-err 'alarm\.f5\.json: the F5 text has no "MotionDetect" member: section MotionDetect reads nothing of it; it looks like the F5 text of section Alarm$' \
+                                                                                  serialize MotionDetect --f5 "$alarm" --table
+    check f5-member-misspelt       1 only-err 'alarm-member\.json: the F5 text has no "Alarm" member: section Alarm reads nothing of it; its "alarm" is spelt otherwise than the device.s "Alarm"$' \
+                                                                                  serialize Alarm --f5 "$work/alarm-member.json"
+    check merge-adds-no-member     1 only-err 'alarm\.f5\.json: the F5 text has no "MotionDetect" member: the merge would add one \(--add-member lets it\); it looks like the F5 text of section Alarm$' \
+                                                                                  deserialize MotionDetect --f5 "$alarm" "$ex/motiondetect.table.json"
+    check merge-adds-when-asked    0 out '"MotionDetect":\{'                     deserialize MotionDetect --f5 "$alarm" "$ex/motiondetect.table.json" --add-member
+    check record-given-as-record-of-table 2 only-err 'not a view of KZDEV_ALARMIN_CFG: .*; it looks like the table of section Alarm \(deserialize reads it\)$' \
+                                                                                  serialize Alarm "$ex/alarm.table.json"
+    # No false loss: the F5 text places a PTZ link by its channel.
+    check change-ptz-link-kept     1 out '^EventHandler\.MailDetail: .* -> \(absent\): not read by the section$' \
+                                                                                  roundtrip Alarm "$ex/alarm.change.json" --f5 "$alarm"
+    cases=$((cases + 1))
+    grep -q PtzLink "$work/out" && fail change-ptz-link-kept "a PTZ link reported lost: $(grep PtzLink "$work/out")"
+    check channel-list-order       0 out '^nothing lost'                          "<" <(echo '{"EventHandler":{"RecordChannels":[2,0,2]}}') roundtrip Alarm
+    check channel-out-of-range     1 out '^EventHandler\.RecordChannels\[1\]: 40 -> \(absent\): not given back$' \
+                                                                                  "<" <(echo '{"EventHandler":{"RecordChannels":[2,40]}}') roundtrip Alarm
+    check time-text-same-numbers   0 out '^nothing lost'                          "<" <(echo '{"EventHandler":{"TimeSection":[["1 8:00:00-18:00:00"]]}}') roundtrip Alarm
+    check flag-from-number         0 out '^nothing lost'                          "<" <(echo '{"Enable":1}') roundtrip Alarm
+    # The old text's own losses.
+    check f5-own-flags             1 out '^Record\.TimeSection\[[0-9]\]\[[0-9]\]: "1 [0-9:-]+" -> "4 [0-9:-]+"$' \
+                                                                                  roundtrip Record --f5 "$ex/record.f5.json"
+    check f5-own-losses-said       1 err 'record\.f5\.json: [0-9]+ values of the F5 text come back otherwise through the table$' \
+                                                                                  roundtrip Record --f5 "$ex/record.f5.json"
+    check f5-own-fps               1 out '^Encode\.SnapFormat\[0\]\.Video\.FPS: -5 -> 0\.2'  roundtrip Encode --f5 "$ex/encode.f5.json"
+    check f5-own-nothing-lost      0 out '^nothing lost: every value of the F5 text came back' roundtrip Alarm --f5 "$alarm"
+    check f5-own-json              1 out '"loss":"changed","path":\["Record","TimeSection",[0-9],[0-9]\]' \
+                                                                                  roundtrip Record --f5 "$ex/record.f5.json" --json
+    # The smaller ones.
+    check unknown-section-suggests 2 only-err 'unknown section "MotionDetekt" \(did you mean "MotionDetect"\?\)' \
+                                                                                  serialize MotionDetekt "$ex/motiondetect.record.json"
+    check unknown-section-near     2 only-err 'unknown section "motion_detect" \(did you mean "MotionDetect"\?\)' serialize motion_detect
+    check key-one-letter-off       0 err 'alarm-enable\.json: enable: not read by section Alarm \(did you mean "Enable"\?\)$' \
+                                                                                  deserialize Alarm "$work/alarm-enable.json"
+    check strict-prints-nothing    1 only-err '^protofix: --strict: 1 warning$'   "<" <(echo '{"Port":70000}') deserialize RTSP --strict
+    check pretty-record            0 out '^  "sensorType": 1,$'                   deserialize Alarm "$ex/alarm.table.json" --pretty
+    check pretty-roundtrip-json    1 out '^    "loss": "not read",$'              roundtrip Alarm "$ex/alarm.change.json" --f5 "$alarm" --json --pretty
+    check pretty-roundtrip-lines   2 only-err '--pretty goes only with --json on roundtrip' roundtrip Alarm "$ex/alarm.change.json" --pretty
+    check sub-mode-needs-current   1 only-err 'refused the record: in sub-mode 1 section General writes into the device.s current reply: give it with --current$' \
+                                                                                  serialize General "$ex/general.record.json" --sub-mode 1
+    check ptz-channel-range        1 only-err 'refused the record: section Ptz has channels 0 to 15 \(--channel 16\)$' \
+                                                                                  serialize Ptz "$ex/ptz.record.json" --channel 16
+    check f5-wrong-kind-path       2 only-err 'f5-wrong-kind\.json: a value of the wrong JSON kind for section Alarm at Alarm\.En \(a number was expected\)$' \
+                                                                                  serialize Alarm --f5 "$work/f5-wrong-kind.json"
+    check value-cut-in-warning     0 err 'Hostname: "x{60,}\.\.\. \(100002 bytes\) became "x{15}" in the record$' \
+                                                                                  deserialize Network "$work/long-value.json"
+    cases=$((cases + 1))
+    [[ $(awk '{ if (length($0) > m) m = length($0) } END { print m }' "$work/err") -lt 300 ]] ||
+        fail value-cut-in-warning "a warning line longer than 300 characters"
+    check sections-json            0 out '^\[\{"modes":\["record","text"\],"name":"Alarm","record":"KZDEV_ALARMIN_CFG",' sections --json
+    # Linear, not quadratic: one conversion, one walk, and a few runs to find the value to blame.
+    { printf '{"Port":"x"'; for i in $(seq 8000); do printf ',"k%d":%d' "$i" "$i"; done; printf '}\n'; } >"$work/keys-8000.json"
+    timed 5 many-keys-blame check many-keys-blame 2 only-err 'keys-8000\.json: a value of the wrong JSON kind for section RTSP at Port \(a number was expected\)$' \
+                                                                                  deserialize RTSP "$work/keys-8000.json"
+}
+
 # timed SECONDS NAME ARGS...: the check's run ends within the seconds given.
 timed() {
     local seconds=$1 name=$2

@@ -18,7 +18,7 @@ namespace {
 
 // The members a request may have: the command line's inputs and options under their names.
 const std::vector<std::string> kMembers = {
-    "section", "command",  "record",   "table",  "f5",         "base", "current", "channel",
+    "section", "command",  "record",   "table",    "f5",     "base",       "current", "channel",
     "id",      "standard", "sub-mode", "capacity", "strict", "add-member", "raw"};
 
 // Lines of a long batch before progress is shown, and between two showings.
@@ -34,14 +34,15 @@ std::string Where(std::size_t line, const std::string& member) {
 Source SourceOf(const Json::Value& value, std::size_t line, const std::string& member) {
     Source source;
     source.name = Where(line, member);
-    source.text = value.isString() && member != "table" ? value.asString()
-                                                        : Json::FastWriter().write(value);
+    source.text =
+        value.isString() && member != "table" ? value.asString() : Json::FastWriter().write(value);
     return source;
 }
 
 class RequestReader {
 public:
-    RequestReader(const Json::Value& request, std::size_t line) : m_request(request), m_line(line) {}
+    RequestReader(const Json::Value& request, std::size_t line)
+        : m_request(request), m_line(line) {}
 
     const Json::Value* Find(const char* member) const {
         return m_request.find(member, member + std::strlen(member));
@@ -52,19 +53,21 @@ public:
                 std::string& error) const {
         const Json::Value* value = Find(member);
         if (value == nullptr) return true;
-        const bool fits = value->isIntegral() && (std::is_signed_v<Field> ? value->isInt64() : value->isUInt64()) &&
-                          (std::is_signed_v<Field>
-                               ? value->asInt64() >= std::numeric_limits<Field>::min() &&
-                                     value->asInt64() <= std::numeric_limits<Field>::max()
-                               : value->asUInt64() <= std::numeric_limits<Field>::max());
+        const bool fits =
+            value->isIntegral() &&
+            (std::is_signed_v<Field> ? value->isInt64() : value->isUInt64()) &&
+            (std::is_signed_v<Field> ? value->asInt64() >= std::numeric_limits<Field>::min() &&
+                                           value->asInt64() <= std::numeric_limits<Field>::max()
+                                     : value->asUInt64() <= std::numeric_limits<Field>::max());
         if (!fits) {
             error = Where(m_line, member) + ": expected a whole number from " +
                     std::to_string(std::numeric_limits<Field>::min()) + " to " +
                     std::to_string(std::numeric_limits<Field>::max());
             return false;
         }
-        field = static_cast<Field>(std::is_signed_v<Field> ? value->asInt64()
-                                                           : static_cast<Json::Int64>(value->asUInt64()));
+        field = static_cast<Field>(std::is_signed_v<Field>
+                                       ? value->asInt64()
+                                       : static_cast<Json::Int64>(value->asUInt64()));
         if (given != nullptr) given->push_back(std::string("--") + member);
         return true;
     }
@@ -88,11 +91,16 @@ private:
 bool CommandOf(const Json::Value* word, Command& command) {
     if (word == nullptr || !word->isString()) return false;
     const std::string text = word->asString();
-    if (text == "serialize") command = Command::kSerialize;
-    else if (text == "deserialize") command = Command::kDeserialize;
-    else if (text == "roundtrip") command = Command::kRoundtrip;
-    else if (text == "view") command = Command::kView;
-    else return false;
+    if (text == "serialize")
+        command = Command::kSerialize;
+    else if (text == "deserialize")
+        command = Command::kDeserialize;
+    else if (text == "roundtrip")
+        command = Command::kRoundtrip;
+    else if (text == "view")
+        command = Command::kView;
+    else
+        return false;
     return true;
 }
 
@@ -125,7 +133,8 @@ bool MakeJob(const Json::Value& request, std::size_t line, Job& job, bool& stric
     const char* inputName = serializes ? "record" : "table";
     const char* otherInput = serializes ? "table" : "record";
     if (reader.Find(otherInput) != nullptr) {
-        error = Where(line, otherInput) + ": a " + (serializes ? "serialize or view" : "deserialize or roundtrip") +
+        error = Where(line, otherInput) + ": a " +
+                (serializes ? "serialize or view" : "deserialize or roundtrip") +
                 " request takes a \"" + inputName + "\"";
         return false;
     }
@@ -136,7 +145,8 @@ bool MakeJob(const Json::Value& request, std::size_t line, Job& job, bool& stric
         error = Where(line, inputName) + ": this request needs one";
         return false;
     }
-    if (job.TextMode() && (reader.Find("base") != nullptr || (job.command == Command::kSerialize && job.input.Given()))) {
+    if (job.TextMode() && (reader.Find("base") != nullptr ||
+                           (job.command == Command::kSerialize && job.input.Given()))) {
         error = Where(line, "f5") + ": goes with neither \"base\" nor a \"record\"";
         return false;
     }
@@ -151,7 +161,8 @@ bool MakeJob(const Json::Value& request, std::size_t line, Job& job, bool& stric
             error = Where(line, "standard") + ": expected \"pal\" or \"ntsc\"";
             return false;
         }
-        job.standard = SameIgnoringCase(word, "ntsc") ? PROTOFIX_STANDARD_NTSC : PROTOFIX_STANDARD_PAL;
+        job.standard =
+            SameIgnoringCase(word, "ntsc") ? PROTOFIX_STANDARD_NTSC : PROTOFIX_STANDARD_PAL;
         job.given.emplace_back("--standard");
     }
     if (!reader.Number("channel", job.channel, &job.given, error) ||
@@ -258,7 +269,8 @@ int RunBatch(const std::string& requests, std::size_t maxLine, std::ostream& out
     const bool standardInput = requests == kStandardInput;
     std::FILE* file = standardInput ? stdin : std::fopen(requests.c_str(), "rb");
     if (file == nullptr) {
-        std::fprintf(stderr, "protofix: %s: cannot open: %s\n", requests.c_str(), std::strerror(errno));
+        std::fprintf(stderr, "protofix: %s: cannot open: %s\n", requests.c_str(),
+                     std::strerror(errno));
         return kBadInput;
     }
     const bool showProgress = isatty(STDERR_FILENO) != 0;

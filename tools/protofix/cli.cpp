@@ -72,8 +72,8 @@ bool Given(const CLI::App* command, const std::string& option) {
 }
 
 template <class Field>
-bool ReadNumber(const CLI::App* command, const char* option, const std::string& text,
-                Field& field, Job& job, Failure& failure) {
+bool ReadNumber(const CLI::App* command, const char* option, const std::string& text, Field& field,
+                Job& job, Failure& failure) {
     if (!Given(command, option)) return true;
     long long number = 0;
     if (!ParseInteger(option, text, std::numeric_limits<Field>::min(),
@@ -97,7 +97,8 @@ bool ReadRequestOptions(const CLI::App* command, const Raw& raw, Job& job, Failu
         std::transform(word.begin(), word.end(), word.begin(),
                        [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
         if (word != "pal" && word != "ntsc") {
-            failure = {kBadInput, "--standard " + ShownValue(raw.standard) + ": expected pal or ntsc"};
+            failure = {kBadInput,
+                       "--standard " + ShownValue(raw.standard) + ": expected pal or ntsc"};
             return false;
         }
         job.standard = word == "ntsc" ? PROTOFIX_STANDARD_NTSC : PROTOFIX_STANDARD_PAL;
@@ -190,11 +191,10 @@ bool MisplacedOption(const CLI::App& app, const CLI::App& command, int argc, cha
                 owners += (owners.empty() ? "" : ", ") + other->get_name();
             }
         }
-        failure = {kBadInput, owners.empty()
-                                  ? "unknown option " + name + "; protofix " + command.get_name() +
-                                        " --help lists its options"
-                                  : name + " is an option of " + owners + ", not of " +
-                                        command.get_name()};
+        failure = {kBadInput, owners.empty() ? "unknown option " + name + "; protofix " +
+                                                   command.get_name() + " --help lists its options"
+                                             : name + " is an option of " + owners + ", not of " +
+                                                   command.get_name()};
         return true;
     }
     return false;
@@ -217,9 +217,8 @@ bool ReadSources(const Raw& raw, const CLI::App* command, Job& job, Failure& fai
     if (textMode) sources.emplace_back(&raw.f5, &job.f5);
     if (Given(command, "--base")) sources.emplace_back(&raw.base, &job.base);
     if (Given(command, "--current")) sources.emplace_back(&raw.current, &job.current);
-    const auto stdinUses = std::count_if(sources.begin(), sources.end(), [](const auto& s) {
-        return *s.first == kStandardInput;
-    });
+    const auto stdinUses = std::count_if(sources.begin(), sources.end(),
+                                         [](const auto& s) { return *s.first == kStandardInput; });
     if (stdinUses > 1) {
         failure = {kBadInput,
                    "standard input can be read only once: give the other inputs as files (a "
@@ -317,8 +316,9 @@ bool ParseCommandLine(int argc, char** argv, Invocation& invocation, Failure& fa
     roundtrip->add_flag("--json", job.json, "The losses as a JSON array");
 
     CLI::App* view = app.add_subcommand(
-        "view", "A record (named fields or hex bytes) as its named fields, or as hex; nothing "
-                "is converted");
+        "view",
+        "A record (named fields or hex bytes) as its named fields, or as hex; nothing "
+        "is converted");
     AddSection(*view, raw);
     view->add_option("RECORD", raw.input, "The record: named-field view or hex bytes")
         ->type_name("RECORD.json");
@@ -336,7 +336,8 @@ bool ParseCommandLine(int argc, char** argv, Invocation& invocation, Failure& fa
         ->type_name("REQUESTS.jsonl");
     AddMaxInput(*batch, raw);
 
-    for (CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) command->allow_extras();
+    for (CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        command->allow_extras();
 
     // The command is the first word; a word that names none is said as such.
     if (argc < 2) {
@@ -350,7 +351,8 @@ bool ParseCommandLine(int argc, char** argv, Invocation& invocation, Failure& fa
             if (command->get_name() == word) named = command;
         }
         if (named == nullptr) {
-            failure = {kBadInput, "unknown command \"" + std::string(argv[1]) + "\"; the commands are " + kCommands};
+            failure = {kBadInput, "unknown command \"" + std::string(argv[1]) +
+                                      "\"; the commands are " + kCommands};
             return false;
         }
         if (MisplacedOption(app, *named, argc, argv, failure)) return false;

@@ -14,7 +14,9 @@
 
 namespace protofix::tool {
 
-inline Result Failed(const Failure& failure) { return Result::Failed(failure.status, failure.message); }
+inline Result Failed(const Failure& failure) {
+    return Result::Failed(failure.status, failure.message);
+}
 
 // The refusal that the section's accepted modes explain; empty when they explain none.
 std::string ModeRefusal(const Job& job, const Section& section);

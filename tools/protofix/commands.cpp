@@ -25,7 +25,8 @@ Result NotARecord(const Job& job, const Section& section, const Failure& failure
         return Failed(failure);
     }
     const std::string looks = DescribeInput(input, section, Role::kRecord, knowledge);
-    return Result::Failed(kBadInput, failure.message + (looks.empty() ? "" : "; it looks like " + looks));
+    return Result::Failed(kBadInput,
+                          failure.message + (looks.empty() ? "" : "; it looks like " + looks));
 }
 
 Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge) {
@@ -69,10 +70,9 @@ Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge
     const Json::Value table = EnvelopeTable(envelope, &converted);
     if (!converted) {
         return Refused(job, section,
-                       job.TextMode() ? job.f5.name + ": section " + section.name +
-                                            " refused the F5 text"
-                                      : job.input.name + ": section " + section.name +
-                                            " refused the record",
+                       job.TextMode()
+                           ? job.f5.name + ": section " + section.name + " refused the F5 text"
+                           : job.input.name + ": section " + section.name + " refused the record",
                        nullptr);
     }
     Result result;
@@ -82,13 +82,14 @@ Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge
     } else {
         Json::Reader().parse(envelope, result.output, false);
     }
-    result.printed = job.tableOnly ? FormatJson(table, job.pretty) : FormatJsonText(envelope, job.pretty);
+    result.printed =
+        job.tableOnly ? FormatJson(table, job.pretty) : FormatJsonText(envelope, job.pretty);
     WarnUnusedOptions(
         job, section, converter, {"--standard", "--sub-mode", "--current"},
         [&](const Converter& other) {
             try {
-                const std::string again = job.TextMode() ? other.PacketText(job.f5.text)
-                                                         : other.Packet(record);
+                const std::string again =
+                    job.TextMode() ? other.PacketText(job.f5.text) : other.Packet(record);
                 return EnvelopeTable(again) == table;
             } catch (const Json::Exception&) {
                 return false;
@@ -102,8 +103,8 @@ Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge
 
 Result ViewJob(const Job& job, const Section& section) {
     if (!section.HasRecord()) {
-        return Result::Failed(kRefused, std::string("section ") + section.name +
-                                            " has no record (F5 text only)");
+        return Result::Failed(
+            kRefused, std::string("section ") + section.name + " has no record (F5 text only)");
     }
     Failure failure;
     const describe::Descriptor* descriptor = ViewOf(section, failure);
@@ -114,8 +115,8 @@ Result ViewJob(const Job& job, const Section& section) {
         const bool named = std::any_of(descriptor->fields.begin(), descriptor->fields.end(),
                                        [&](const describe::Field& f) { return f.name == field; });
         if (!named) {
-            return Result::Failed(kBadInput, "--without " + field + ": " + section.record +
-                                                 " has no such field");
+            return Result::Failed(
+                kBadInput, "--without " + field + ": " + section.record + " has no such field");
         }
     }
     Result result;
@@ -163,11 +164,14 @@ void WarnUnusedOptions(const Job& job, const Section& section, const Converter& 
 Result NoMember(const Source& f5, const Section& section, const Json::Value& document,
                 const std::string& consequence, Knowledge& knowledge) {
     std::string member;
-    for (const std::string& name : F5MemberPath(section)) member += (member.empty() ? "" : ".") + name;
+    for (const std::string& name : F5MemberPath(section))
+        member += (member.empty() ? "" : ".") + name;
     const std::string misspelt = MisspeltF5Member(document, section);
-    std::string message = f5.name + ": the F5 text has no \"" + member + "\" member: " + consequence;
+    std::string message =
+        f5.name + ": the F5 text has no \"" + member + "\" member: " + consequence;
     if (!misspelt.empty()) {
-        message += "; its \"" + misspelt + "\" is spelt otherwise than the device's \"" + member + "\"";
+        message +=
+            "; its \"" + misspelt + "\" is spelt otherwise than the device's \"" + member + "\"";
     } else {
         const std::string looks = DescribeInput(document, section, Role::kF5, knowledge);
         if (!looks.empty()) message += "; it looks like " + looks;

@@ -28,9 +28,9 @@ bool IsRecordView(const Json::Value& input, const Section& section) {
     const describe::Descriptor* descriptor = describe::FindDescriptor(section.record);
     if (descriptor == nullptr || !input.isObject() || input.empty()) return false;
     for (const std::string& name : input.getMemberNames()) {
-        const bool field =
-            std::any_of(descriptor->fields.begin(), descriptor->fields.end(),
-                        [&](const describe::Field& f) { return !f.name.empty() && f.name == name; });
+        const bool field = std::any_of(
+            descriptor->fields.begin(), descriptor->fields.end(),
+            [&](const describe::Field& f) { return !f.name.empty() && f.name == name; });
         if (!field) return false;
     }
     Bytes scratch(section.recordSize, 0);
@@ -185,7 +185,8 @@ std::string DescribeInput(const Json::Value& input, const Section& wanted, Role 
     // A member shared by several sections ("Encode") names the one asked for when it is one.
     if (std::find(texts.begin(), texts.end(), wanted.name) != texts.end()) texts = {wanted.name};
     if (!texts.empty()) {
-        return "the F5 text of section " + Names(texts) + (role == Role::kF5 ? "" : " (--f5 takes it)");
+        return "the F5 text of section " + Names(texts) +
+               (role == Role::kF5 ? "" : " (--f5 takes it)");
     }
     if (!misspelt.empty()) return "the F5 text of section " + Names(misspelt);
 
@@ -194,13 +195,15 @@ std::string DescribeInput(const Json::Value& input, const Section& wanted, Role 
     const Section* best = nullptr;
     std::size_t bestShared = 0;
     for (const Section* s = SectionsBegin(); s != SectionsEnd(); ++s) {
+        // A table the section read nothing of is not its own, whatever keys it shares.
+        if (role == Role::kTable && s == &wanted) continue;
         const std::size_t shared = knowledge.ExampleSchema(*s, "table").Shared(given);
         if (shared > bestShared) {
             best = s;
             bestShared = shared;
         }
     }
-    if (best != nullptr && best != &wanted) {
+    if (best != nullptr) {
         return std::string("the table of section ") + best->name +
                (role == Role::kTable ? "" : " (deserialize reads it)");
     }
@@ -238,8 +241,7 @@ std::optional<Path> FindCulprit(const Json::Value& input,
 
 std::string WrongKind(const std::string& name, const Section& section,
                       const std::optional<Path>& at, const Schema& example) {
-    std::string text =
-        name + ": a value of the wrong JSON kind for section " + section.name;
+    std::string text = name + ": a value of the wrong JSON kind for section " + section.name;
     if (!at) return text;
     const std::string expected = example.KindAt(ShapeOf(*at));
     return text + " at " + FormatPath(*at) + " (" +

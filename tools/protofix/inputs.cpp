@@ -50,8 +50,8 @@ Failure TooLarge(const std::string& path, std::size_t limit) {
 }
 
 // Reads the open file to its end, or until more than limit bytes have come.
-bool ReadStream(std::FILE* file, const std::string& path, std::size_t limit,
-                std::string& contents, Failure& failure) {
+bool ReadStream(std::FILE* file, const std::string& path, std::size_t limit, std::string& contents,
+                Failure& failure) {
     std::vector<char> chunk(65536);
     std::size_t got = 0;
     while ((got = std::fread(chunk.data(), 1, chunk.size(), file)) > 0) {
@@ -138,8 +138,8 @@ bool ParseSize(const std::string& option, const std::string& text, std::size_t m
     if (!unit.empty() && (unit.back() == 'B' || unit.back() == 'b')) unit.pop_back();
     if (unit.size() == 2 && (unit[1] == 'i' || unit[1] == 'I')) unit.pop_back();
     const std::size_t power =
-        unit.size() == 1 ? std::string("kmg").find(static_cast<char>(
-                               std::tolower(static_cast<unsigned char>(unit[0]))))
+        unit.size() == 1 ? std::string("kmg").find(
+                               static_cast<char>(std::tolower(static_cast<unsigned char>(unit[0]))))
                          : std::string::npos;
     if (!unit.empty() && power == std::string::npos) {
         failure = wrong;

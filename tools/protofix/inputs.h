@@ -37,8 +37,7 @@ constexpr std::size_t kDefaultMaxInput = std::size_t{64} << 20;
 // Standard input that is a terminal is refused rather than waited on. An input of more than
 // limit bytes is refused: a regular file before it is read, a pipe, a FIFO or a device as soon
 // as more than the limit has come.
-bool ReadInput(const std::string& path, std::size_t limit, std::string& contents,
-               Failure& failure);
+bool ReadInput(const std::string& path, std::size_t limit, std::string& contents, Failure& failure);
 
 // A size in bytes as the options give it: digits, optionally followed by k, M or G (powers of
 // 1024) and an optional B ("64M", "512k", "1GB", "4096"). False, with failure naming the option,

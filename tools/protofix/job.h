@@ -31,17 +31,17 @@ constexpr int kDefaultCapacity = 65536;
 struct Job {
     Command command = Command::kSerialize;
     std::string section;
-    Source input;  // the record (serialize, view) or the table (deserialize, roundtrip)
-    Source f5;     // the device's F5 text: text mode when given
-    Source base;   // the record deserialize starts from
+    Source input;    // the record (serialize, view) or the table (deserialize, roundtrip)
+    Source f5;       // the device's F5 text: text mode when given
+    Source base;     // the record deserialize starts from
     Source current;  // the device's current reply, read in sub-mode 1
     int channel = 0;
     unsigned int id = 0;
     int standard = PROTOFIX_STANDARD_PAL;
     int subMode = 0;
-    int capacity = 0;  // of the F5 buffer; 0: as the F5 text needs
+    int capacity = 0;                                // of the F5 buffer; 0: as the F5 text needs
     std::size_t largestCapacity = kDefaultMaxInput;  // what a buffer may take: the input limit
-    bool hex = false;  // serialize: the record is given in hex; deserialize, view: print hex
+    bool hex = false;        // serialize: the record is given in hex; deserialize, view: print hex
     bool tableOnly = false;  // serialize: the table, not the envelope around it
     bool raw = false;        // time sections of a record view as their seven numbers
     bool pretty = false;     // indent the JSON printed

@@ -34,8 +34,8 @@ bool SameNumber(const Json::Value& a, const Json::Value& b) {
 
 // Two texts of a time section read as the device reads them, in the normal or the short form.
 bool SameTimeSection(const std::string& a, const std::string& b) {
-    for (const auto parse : {&CReqConfigProtocolFix::ParseNormalTime,
-                             &CReqConfigProtocolFix::ParseNormalTimeEx}) {
+    for (const auto parse :
+         {&CReqConfigProtocolFix::ParseNormalTime, &CReqConfigProtocolFix::ParseNormalTimeEx}) {
         tagKZ_TSECT x{};
         tagKZ_TSECT y{};
         if (parse(x, a.c_str()) && parse(y, b.c_str())) return std::memcmp(&x, &y, sizeof x) == 0;
@@ -181,7 +181,8 @@ private:
 
     // PTZ links by channel: each link given must come back on its channel with its type and
     // value; the entry that gave it carries the loss.
-    void Links(Path& path, const Shape& shape, const Json::Value& before, const Json::Value& after) {
+    void Links(Path& path, const Shape& shape, const Json::Value& before,
+               const Json::Value& after) {
         const std::map<int, Link> back = LinksBack(after);
         for (const auto& [channel, link] : LinksGiven(before, m_links)) {
             const auto found = back.find(channel);
@@ -191,7 +192,8 @@ private:
             }
             path.emplace_back(link.index);
             Add(found != back.end() ? Loss::kChanged : Loss::kAbsent, path, ShapeElement(shape),
-                before[link.index], found != back.end() ? after[found->second.index] : Json::Value());
+                before[link.index],
+                found != back.end() ? after[found->second.index] : Json::Value());
             path.pop_back();
         }
     }

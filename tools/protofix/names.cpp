@@ -33,8 +33,8 @@ std::size_t Distance(std::string_view a, std::string_view b, std::size_t limit) 
 }  // namespace
 
 bool SameIgnoringCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                              [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
 std::string Suggest(std::string_view name, const std::vector<std::string>& candidates) {

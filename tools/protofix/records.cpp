@@ -38,8 +38,8 @@ bool ApplyRecord(const Section& section, const Source& source, bool hexOnly, Byt
     }
     std::string error;
     if (!describe::FromJson(*descriptor, view, record.data(), error)) {
-        failure = {kBadInput, source.name + ": not a view of " + section.record + ": " +
-                                  OneLine(error)};
+        failure = {kBadInput,
+                   source.name + ": not a view of " + section.record + ": " + OneLine(error)};
         return false;
     }
     return true;

@@ -70,7 +70,8 @@ const Json::Value& Knowledge::Example(const Section& section, const char* kind) 
         example = std::make_unique<Json::Value>();
         const std::string_view text = EmbeddedExampleText(file);
         Json::Reader reader;
-        if (!text.empty() && !reader.parse(text.data(), text.data() + text.size(), *example, false)) {
+        if (!text.empty() &&
+            !reader.parse(text.data(), text.data() + text.size(), *example, false)) {
             *example = Json::Value();
         }
     }

@@ -52,7 +52,8 @@ public:
                 return converter.Parse(tableText, bytes) == m_result && bytes == m_bytes;
             }
             m_buffer->Load(m_oldText);
-            return converter.Merge(tableText, *m_buffer) == m_result && m_buffer->Text() == m_merged;
+            return converter.Merge(tableText, *m_buffer) == m_result &&
+                   m_buffer->Text() == m_merged;
         } catch (const Json::Exception&) {
             return false;
         }
@@ -104,7 +105,8 @@ public:
         if (key == nullptr) return "";
         const Shape& shape = loss.shape;
         const std::size_t cut = shape.rfind('\0');
-        return DidYouMean(*key, m_known.MembersOf(cut == Shape::npos ? Shape() : shape.substr(0, cut)));
+        return DidYouMean(*key,
+                          m_known.MembersOf(cut == Shape::npos ? Shape() : shape.substr(0, cut)));
     }
 
     const Json::Value& Table() const { return m_table; }
@@ -282,10 +284,9 @@ private:
             return refused;
         }
         // When the same merge converts with room to spare, the text outgrew the buffer.
-        const std::size_t roomy =
-            std::min(std::max(8 * (m_oldText.size() + m_tableText.size()) + 4096,
-                              2 * m_buffer->Capacity()),
-                     std::max(m_job.largestCapacity, m_buffer->Capacity()));
+        const std::size_t roomy = std::min(
+            std::max(8 * (m_oldText.size() + m_tableText.size()) + 4096, 2 * m_buffer->Capacity()),
+            std::max(m_job.largestCapacity, m_buffer->Capacity()));
         if (roomy > m_buffer->Capacity()) {
             F5Buffer buffer(roomy);
             buffer.Load(m_oldText);
@@ -293,13 +294,12 @@ private:
                 if (m_converter.Merge(m_tableText, buffer) == 1) {
                     const std::size_t needed = buffer.Text().size();
                     return Result::Failed(
-                        kRefused, m_job.f5.name + ": the merged F5 text is " +
-                                      std::to_string(needed) + " bytes, more than --capacity " +
-                                      std::to_string(m_buffer->Capacity()) + " holds (give --capacity " +
-                                      std::to_string(needed) + " or more)");
+                        kRefused,
+                        m_job.f5.name + ": the merged F5 text is " + std::to_string(needed) +
+                            " bytes, more than --capacity " + std::to_string(m_buffer->Capacity()) +
+                            " holds (give --capacity " + std::to_string(needed) + " or more)");
                 }
-            } catch (const Json::Exception&) {
-            }
+            } catch (const Json::Exception&) {}
         }
         return Refused(m_job, m_section, what, &m_table);
     }
@@ -344,7 +344,8 @@ Result NothingReadResult(const Job& job, const Section& section, const TableRun&
 
 // The --base hint, where a base changes what the section reads.
 std::string BaseHint(const Job& job, const Section& section, Knowledge& knowledge) {
-    if (job.TextMode() || job.base.Given() || knowledge.Example(section, "base").isNull()) return "";
+    if (job.TextMode() || job.base.Given() || knowledge.Example(section, "base").isNull())
+        return "";
     return " (the record started as zeros: give --base to name what the section reads)";
 }
 
@@ -375,7 +376,8 @@ Result DeserializeJob(const Job& job, const Section& section, Knowledge& knowled
     }
     WarnUnusedOptions(
         job, section, run.Library(), {"--channel", "--id", "--standard", "--sub-mode", "--current"},
-        [&](const Converter& other) { return run.SameAs(run.TableText(), other); }, result.warnings);
+        [&](const Converter& other) { return run.SameAs(run.TableText(), other); },
+        result.warnings);
     return result;
 }
 
@@ -411,7 +413,9 @@ Result RoundtripTableJob(const Job& job, const Section& section, Knowledge& know
     }
     if (job.json) result.printed = FormatJson(result.output, job.pretty);
     if (losses.empty()) {
-        if (!job.json) result.printed = "nothing lost: every value of the table came back from " + Into(job) + "\n";
+        if (!job.json)
+            result.printed =
+                "nothing lost: every value of the table came back from " + Into(job) + "\n";
         return result;
     }
     result.status = kRefused;

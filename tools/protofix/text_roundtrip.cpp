@@ -123,14 +123,16 @@ Result RoundtripTextJob(const Job& job, const Section& section, Knowledge& knowl
     if (job.json) result.printed = FormatJson(result.output, job.pretty);
     if (losses.empty()) {
         if (!job.json) {
-            result.printed = "nothing lost: every value of the F5 text came back through the table\n";
+            result.printed =
+                "nothing lost: every value of the F5 text came back through the table\n";
         }
         return result;
     }
     result.status = kRefused;
-    result.error = job.f5.name + ": " + std::to_string(losses.size()) +
-                   (losses.size() == 1 ? " value of the F5 text comes" : " values of the F5 text come") +
-                   " back otherwise through the table";
+    result.error =
+        job.f5.name + ": " + std::to_string(losses.size()) +
+        (losses.size() == 1 ? " value of the F5 text comes" : " values of the F5 text come") +
+        " back otherwise through the table";
     return result;
 }
 
