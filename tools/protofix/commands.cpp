@@ -145,7 +145,10 @@ std::string ModeRefusal(const Job& job, const Section& section) {
 Result Refused(const Job& job, const Section& section, const std::string& what,
                const Json::Value* table) {
     const std::string reason = RefusalReason(section, job, table);
-    return Result::Failed(kRefused, what + (reason.empty() ? "" : ": " + reason));
+    if (!reason.empty()) return Result::Failed(kRefused, what + ": " + reason);
+    return Result::Failed(kRefused, what + (table != nullptr ? " (a key it requires is missing or "
+                                                               "holds a value it refuses)"
+                                                             : ""));
 }
 
 void WarnUnusedOptions(const Job& job, const Section& section, const Converter& converter,
