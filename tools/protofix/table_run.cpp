@@ -1,0 +1,282 @@
+#include "table_run.h"
+
+#include "command_support.h"
+#include "diagnosis.h"
+#include "names.h"
+#include "records.h"
+#include "view_format.h"
+
+#include <algorithm>
+
+namespace protofix::tool {
+namespace {
+
+std::string Write(const Json::Value& value) { return Json::FastWriter().write(value); }
+
+// Values of a table that something could be lost from: its scalars other than null.
+std::size_t Scalars(const Json::Value& value) {
+    if (value.isObject() || value.isArray()) {
+        std::size_t count = 0;
+        for (const Json::Value& element : value) count += Scalars(element);
+        return count;
+    }
+    return value.isNull() ? 0 : 1;
+}
+
+Json::Value ParsedOrText(const std::string& text) {
+    Json::Value value;
+    return Json::Reader().parse(text, value, false) ? value : Json::Value(text);
+}
+
+}  // namespace
+
+bool TableRun::SameAs(const std::string& tableText, const Converter& converter) {
+    try {
+        if (!m_job.TextMode()) {
+            Bytes bytes = m_start;
+            return converter.Parse(tableText, bytes) == m_result && bytes == m_bytes;
+        }
+        m_buffer->Load(m_oldText);
+        return converter.Merge(tableText, *m_buffer) == m_result && m_buffer->Text() == m_merged;
+    } catch (const Json::Exception&) {
+        return false;
+    }
+}
+
+std::vector<Loss> TableRun::Losses(std::vector<bool>& notRead) {
+    Schema known = m_knowledge.ExampleSchema(m_section, "table");
+    const Json::Value back = Back();
+    known.Add(back);
+    std::vector<Loss> losses = CompareTables(
+        m_table, back, known, m_job.TextMode() ? LinkReading::kF5 : LinkReading::kRecord);
+    notRead.assign(losses.size(), false);
+    for (const bool unknownOnly : {false, true}) {
+        std::vector<Path> absent;
+        for (const Loss& loss : losses) {
+            if (loss.kind == Loss::kAbsent && !(unknownOnly && loss.known)) {
+                absent.push_back(loss.path);
+            }
+        }
+        if (absent.empty() || !SameAs(Write(Without(m_table, absent)), m_converter)) continue;
+        for (std::size_t i = 0; i < losses.size(); ++i) {
+            notRead[i] = losses[i].kind == Loss::kAbsent && !(unknownOnly && losses[i].known);
+        }
+        break;
+    }
+    m_known = std::move(known);
+    return losses;
+}
+
+bool TableRun::NothingRead(const std::vector<Loss>& losses,
+                           const std::vector<bool>& notRead) const {
+    std::size_t unread = 0;
+    for (std::size_t i = 0; i < losses.size(); ++i) {
+        if (notRead[i]) unread += std::max<std::size_t>(Scalars(losses[i].before), 1);
+    }
+    const std::size_t scalars = Scalars(m_table);
+    if (scalars == 0 || unread < scalars) return false;
+    return m_job.TextMode() ? ParsedOrText(m_merged) == m_oldDocument : m_bytes == m_start;
+}
+
+std::string TableRun::Suggestion(const Loss& loss) const {
+    const std::string* key =
+        loss.path.empty() ? nullptr : std::get_if<std::string>(&loss.path.back());
+    if (key == nullptr) return "";
+    const Shape& shape = loss.shape;
+    const std::size_t cut = shape.rfind('\0');
+    return DidYouMean(*key, m_known.MembersOf(cut == Shape::npos ? Shape() : shape.substr(0, cut)));
+}
+
+void TableRun::Output(Result& result) const {
+    if (m_job.TextMode()) {
+        result.outputName = "f5";
+        result.output = ParsedOrText(m_merged);
+        result.printed = FormatJsonText(m_merged, m_job.pretty);
+    } else {
+        result.outputName = "record";
+        result.output = RecordView(m_section, m_bytes, m_job.raw);
+        result.printed = PrintedRecord(m_section, m_bytes, m_job);
+    }
+}
+
+bool TableRun::Read(Result& failure) {
+    const std::string modes = ModeRefusal(m_job, m_section);
+    if (!modes.empty()) {
+        failure = Result::Failed(kRefused, modes);
+        return false;
+    }
+    Failure read;
+    if (!m_job.TextMode() && !m_job.hex && ViewOf(m_section, read) == nullptr) {
+        failure = Failed(read);
+        return false;
+    }
+    if (!ReadTable(failure)) return false;
+    if (m_job.TextMode()) return ReadF5Text(failure);
+    m_start.assign(m_section.recordSize, 0);
+    if (m_job.base.Given() && !ApplyRecord(m_section, m_job.base, false, m_start, read)) {
+        failure = Failed(read);
+        return false;
+    }
+    m_bytes = m_start;
+    return true;
+}
+
+bool TableRun::ReadTable(Result& failure) {
+    Failure read;
+    if (!ParseJsonText(m_job.input.name, m_job.input.text, m_table, read)) {
+        failure = Failed(read);
+        return false;
+    }
+    m_tableText = m_job.input.text;
+    if (!IsEnvelope(m_table)) return true;
+    const Json::Value& result = m_table["result"];
+    const Json::Value inner = m_table["params"]["table"];
+    if (inner.isNull()) {
+        failure = Result::Failed(kRefused, m_job.input.name +
+                                               ": the request envelope holds no table (its "
+                                               "section refused, or no section has its name)");
+        return false;
+    }
+    if (result.isBool() && !result.asBool()) {
+        m_warnings.push_back(m_job.input.name +
+                             ": the envelope's \"result\" is false: its table is what a "
+                             "refusing section left");
+    }
+    m_table = inner;
+    m_tableText = Write(m_table);
+    return true;
+}
+
+bool TableRun::ReadF5Text(Result& failure) {
+    Failure read;
+    m_oldText = m_job.f5.text;
+    if (!ParseJsonText(m_job.f5.name, m_oldText, m_oldDocument, read)) {
+        failure = Failed(read);
+        return false;
+    }
+    const std::size_t needed = m_oldText.size() + 1;
+    const std::size_t capacity = m_job.capacity > 0
+                                     ? static_cast<std::size_t>(m_job.capacity)
+                                     : std::max(static_cast<std::size_t>(kDefaultCapacity), needed);
+    if (capacity < needed) {
+        failure = Result::Failed(
+            kBadInput, m_job.f5.name + ": the F5 text needs " + std::to_string(needed) +
+                           " bytes with its NUL, more than --capacity " + std::to_string(capacity));
+        return false;
+    }
+    m_buffer.emplace(capacity);
+    m_buffer->Load(m_oldText);
+    return true;
+}
+
+bool TableRun::Convert(Result& failure) {
+    try {
+        m_result = m_job.TextMode() ? m_converter.Merge(m_tableText, *m_buffer)
+                                    : m_converter.Parse(m_tableText, m_bytes);
+    } catch (const Json::Exception&) {
+        failure = Result::Failed(kBadInput, Blame());
+        return false;
+    }
+    if (m_result != 1) {
+        failure = Refusal();
+        return false;
+    }
+    if (m_job.TextMode()) {
+        m_merged = m_buffer->Text();
+        if (F5Member(m_oldDocument, m_section) == nullptr && !m_job.addMember &&
+            F5Member(ParsedOrText(m_merged), m_section) != nullptr) {
+            failure = NoMember(m_job.f5, m_section, m_oldDocument,
+                               "the merge would add one (--add-member lets it)", m_knowledge);
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string TableRun::Blame() {
+    if (m_job.TextMode()) {
+        const auto textThrows = [&](const Json::Value& document) {
+            try {
+                m_buffer->Load(Write(document));
+                m_converter.Merge("{}", *m_buffer);
+                return false;
+            } catch (const Json::Exception&) {
+                return true;
+            }
+        };
+        if (textThrows(m_oldDocument)) {
+            return WrongKind(m_job.f5.name, m_section, FindCulprit(m_oldDocument, textThrows),
+                             m_knowledge.ExampleSchema(m_section, "f5"));
+        }
+    }
+    const auto tableThrows = [&](const Json::Value& table) {
+        try {
+            if (m_job.TextMode()) {
+                m_buffer->Load(m_oldText);
+                m_converter.Merge(Write(table), *m_buffer);
+            } else {
+                Bytes bytes = m_start;
+                m_converter.Parse(Write(table), bytes);
+            }
+            return false;
+        } catch (const Json::Exception&) {
+            return true;
+        }
+    };
+    return WrongKind(m_job.input.name, m_section, FindCulprit(m_table, tableThrows),
+                     m_knowledge.ExampleSchema(m_section, "table"));
+}
+
+std::string TableRun::KeysHint() {
+    const Schema& known = m_knowledge.ExampleSchema(m_section, "table");
+    const Json::Value& keys = m_table.isArray() && m_table.size() == 1 ? m_table[0] : m_table;
+    const Shape shape = &keys == &m_table ? Shape() : ShapeElement(Shape());
+    if (!keys.isObject()) return "";
+    std::string hint;
+    for (const std::string& key : keys.getMemberNames()) {
+        if (known.Knows(ShapeChild(shape, key))) continue;
+        hint += "; \"" + key + "\" is not a key of the section" +
+                DidYouMean(key, known.MembersOf(shape));
+    }
+    return hint;
+}
+
+Result TableRun::Refusal() {
+    const std::string what =
+        m_job.input.name + ": section " + m_section.name + " refused the table";
+    if (!m_job.TextMode()) {
+        Result refused = Refused(m_job, m_section, what, &m_table);
+        refused.error += KeysHint();
+        return refused;
+    }
+    // When the same merge converts with room to spare, the text outgrew the buffer.
+    const std::size_t roomy = std::min(
+        std::max(8 * (m_oldText.size() + m_tableText.size()) + 4096, 2 * m_buffer->Capacity()),
+        std::max(m_job.largestCapacity, m_buffer->Capacity()));
+    if (roomy > m_buffer->Capacity()) {
+        F5Buffer buffer(roomy);
+        buffer.Load(m_oldText);
+        try {
+            if (m_converter.Merge(m_tableText, buffer) == 1) {
+                const std::size_t needed = buffer.Text().size();
+                return Result::Failed(
+                    kRefused,
+                    m_job.f5.name + ": the merged F5 text is " + std::to_string(needed) +
+                        " bytes, more than --capacity " + std::to_string(m_buffer->Capacity()) +
+                        " holds (give --capacity " + std::to_string(needed) + " or more)");
+            }
+        } catch (const Json::Exception&) {}
+    }
+    return Refused(m_job, m_section, what, &m_table);
+}
+
+Json::Value TableRun::Back() const {
+    try {
+        return EnvelopeTable(m_job.TextMode() ? m_converter.PacketText(m_merged)
+                                              : m_converter.Packet(m_bytes));
+    } catch (const Json::Exception&) {
+        return Json::Value();
+    }
+}
+
+}  // namespace protofix::tool
