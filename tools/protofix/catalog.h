@@ -1,0 +1,21 @@
+// The section catalog as JSON, beside the Markdown of WriteCatalog (section_table.h): the same
+// facts, found the same way, for a program to read.
+#ifndef PROTOFIX_TOOL_CATALOG_H
+#define PROTOFIX_TOOL_CATALOG_H
+
+#include "inputs.h"
+
+#include <ostream>
+#include <string>
+
+namespace protofix::tool {
+
+// Every section as one element of a JSON array: name, routines, modes, record type and size, and
+// per key of its example table the F5 keys and the record fields it goes with, found by running
+// the library on the examples in examplesDir; then the section's notes and what its round trip
+// loses. False, with failure saying which example did not read, when one is missing or invalid.
+bool WriteSectionsJson(const std::string& examplesDir, std::ostream& out, Failure& failure);
+
+}  // namespace protofix::tool
+
+#endif
