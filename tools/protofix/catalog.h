@@ -1,4 +1,4 @@
-// The section catalog in Markdown (docs/sections.md).
+// The section catalog: in Markdown (docs/sections.md), and as JSON for a program to read.
 #ifndef PROTOFIX_TOOL_CATALOG_H
 #define PROTOFIX_TOOL_CATALOG_H
 
@@ -12,6 +12,12 @@ namespace protofix::tool {
 // Per section its routines, modes, record type and size, the fields of its record and the keys
 // of its example table, read from examplesDir.
 bool WriteCatalog(const std::string& examplesDir, std::ostream& out, Failure& failure);
+
+// Every section as one element of a JSON array: name, routines, modes, record type and size, and
+// per key of its example table the F5 keys and the record fields it goes with, found by running
+// the library on the examples in examplesDir; then the section's notes and what its round trip
+// loses. False, with failure saying which example did not read, when one is missing or invalid.
+bool WriteSectionsJson(const std::string& examplesDir, std::ostream& out, Failure& failure);
 
 }  // namespace protofix::tool
 

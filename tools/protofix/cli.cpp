@@ -160,12 +160,16 @@ bool CheckCombinations(const CLI::App* command, Failure& failure) {
         }
     }
     const std::pair<const char*, const char*> needs[] = {
-        {"--capacity", "--f5"}, {"--add-member", "--f5"}, {"--examples", "--markdown"}};
+        {"--capacity", "--f5"}, {"--add-member", "--f5"}};
     for (const auto& [option, other] : needs) {
         if (Given(command, option) && !Given(command, other)) {
             failure = {kBadInput, std::string(option) + " goes only with " + other};
             return false;
         }
+    }
+    if (Given(command, "--examples") && !Given(command, "--markdown") && !Given(command, "--json")) {
+        failure = {kBadInput, "--examples goes only with --markdown or --json"};
+        return false;
     }
     if (command->get_name() == "roundtrip" && Given(command, "--pretty") &&
         !Given(command, "--json")) {
@@ -267,9 +271,13 @@ bool ParseCommandLine(int argc, char** argv, Invocation& invocation, Failure& fa
     CLI::App* sections = app.add_subcommand(
         "sections", "List every section: name, accepted modes, record type and record size");
     sections->add_flag("--markdown", invocation.markdown,
-                       "The section catalog in Markdown, with the keys of each section's examples");
-    sections->add_flag("--json", invocation.json, "The list as JSON, one object per section");
-    sections->add_option("--examples", invocation.examples, "Where the examples are (--markdown)")
+                       "The section catalog in Markdown: per key of each section's example table "
+                       "its F5 keys and record fields, and the section's notes and losses");
+    sections->add_flag("--json", invocation.json,
+                       "The list as JSON, one object per section; with --examples, the catalog");
+    sections
+        ->add_option("--examples", invocation.examples,
+                     "Where the examples are, for the catalog (default: examples)")
         ->type_name("DIR");
 
     CLI::App* serialize = app.add_subcommand(
@@ -396,6 +404,7 @@ bool ParseCommandLine(int argc, char** argv, Invocation& invocation, Failure& fa
     job.largestCapacity = invocation.maxInput;
     if (command == sections) {
         invocation.what = Invocation::kSections;
+        invocation.catalog = Given(command, "--examples");
         return true;
     }
     if (command == batch) {

@@ -19,6 +19,7 @@ struct Invocation {
     // kSections
     bool markdown = false;
     bool json = false;
+    bool catalog = false;  // --json with --examples: the catalog as JSON
     std::string examples = "examples";
     // kBatch
     std::string requests;  // a file, or "-" for standard input

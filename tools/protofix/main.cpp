@@ -54,6 +54,10 @@ int Run(int argc, char** argv) {
                 if (!protofix::tool::WriteCatalog(invocation.examples, std::cout, failure)) {
                     return Fail(failure.message, failure.status);
                 }
+            } else if (invocation.json && invocation.catalog) {
+                if (!protofix::tool::WriteSectionsJson(invocation.examples, std::cout, failure)) {
+                    return Fail(failure.message, failure.status);
+                }
             } else if (invocation.json) {
                 protofix::tool::ListSectionsJson(std::cout);
             } else {
