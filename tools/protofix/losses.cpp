@@ -272,7 +272,7 @@ std::string Compact(const Json::Value& value) {
 
 std::string Brief(const Json::Value& value) {
     constexpr std::size_t kLongest = 80;
-    const std::string text = Compact(value);
+    std::string text = Compact(value);
     if (text.size() <= kLongest) return text;
     return text.substr(0, kLongest - 3) + "... (" + std::to_string(text.size()) + " bytes)";
 }
