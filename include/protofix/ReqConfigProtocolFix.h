@@ -3,6 +3,7 @@
 #ifndef PROTOFIX_REQCONFIGPROTOCOLFIX_H
 #define PROTOFIX_REQCONFIGPROTOCOLFIX_H
 
+#include <protofix/export.h>
 #include <protofix/info.h>
 #include <protofix/records/alarm.h>
 #include <protofix/records/device.h>
@@ -118,7 +119,8 @@ private:
 // Video compression words ("MPEG4" ... "SVAC") of tagNET_EM_VIDEO_COMPRESSION. The word of a
 // code 0..9 is assigned to target, which another code leaves as it was; the code of a word,
 // compared exactly, or -1.
-void ConvertVideoCompressionEnumToJson(tagNET_EM_VIDEO_COMPRESSION code, Json::Value& target);
-int ConvertVideoCompressionJsonToEnum(const Json::Value& word);
+PROTOFIX_API void ConvertVideoCompressionEnumToJson(tagNET_EM_VIDEO_COMPRESSION code,
+                                                    Json::Value& target);
+PROTOFIX_API int ConvertVideoCompressionJsonToEnum(const Json::Value& word);
 
 #endif
