@@ -141,6 +141,77 @@ void F5Text() {
     Expect(pdu.GetLastErr() == 0, "a fresh request reports an error");
 }
 
+// The rules the headers state for an engineer who embeds the library, through the install: an
+// exception of JsonCpp caught across the library's boundary among them.
+void HeaderRules() {
+    // Text-mode Serialize reads the F5 text to its NUL whatever inputLength says, and lets
+    // JsonCpp's exceptions out.
+    const char* f5 = "{\"Alarm\":{\"En\":1}}";
+    PROTOCOL_FIX_INFO info;
+    std::memset(&info, 0, sizeof info);
+    info.mode = PROTOFIX_MODE_TEXT;
+    info.name = "Alarm";
+    info.input = const_cast<char*>(f5);
+    info.inputLength = 1;
+    CReqConfigProtocolFix request;
+    request.SetRequestInfo(info);
+    int len = 0;
+    const std::string envelope = request.Serialize(len);
+    Expect(envelope.find("\"Enable\":true") != std::string::npos,
+           "Serialize stopped at inputLength in text mode");
+    const char* wrongKind = "{\"Alarm\":{\"En\":\"yes\"}}";
+    info.input = const_cast<char*>(wrongKind);
+    request.SetRequestInfo(info);
+    bool threw = false;
+    try {
+        request.Serialize(len);
+    } catch (const Json::LogicError&) {
+        threw = true;
+    }
+    Expect(threw, "Serialize did not throw Json::LogicError for an F5 value of the wrong kind");
+
+    // The capacity rule: a merged text exactly as long as the capacity loses its newline and
+    // gets no NUL from the library; the last byte of the capacity is never written.
+    const std::string merged = "{\"Alarm\":{\"En\":0}}\n";
+    const int capacity = static_cast<int>(merged.size());
+    std::string buffer = "{\"Alarm\":{\"En\":1}}";
+    buffer.resize(static_cast<std::size_t>(capacity) + 4, '#');
+    buffer[static_cast<std::size_t>(capacity) - 1] = '\0';
+    std::memset(&info, 0, sizeof info);
+    info.mode = PROTOFIX_MODE_TEXT;
+    info.name = "Alarm";
+    info.output = &buffer[0];
+    info.outputLength = capacity;
+    request.SetRequestInfo(info);
+    Expect(request.Deserialize("{\"Enable\":false}", 0) == 1 &&
+               buffer.compare(0, merged.size() - 1, merged, 0, merged.size() - 1) == 0 &&
+               buffer[static_cast<std::size_t>(capacity) - 1] == '\0' &&
+               buffer[static_cast<std::size_t>(capacity)] == '#',
+           "the F5 text at the capacity did not come back as the capacity rule says");
+    info.outputLength = capacity - 1;
+    request.SetRequestInfo(info);
+    Expect(request.Deserialize("{\"Enable\":true}", 0) == -1 &&
+               buffer.compare(0, merged.size() - 1, merged, 0, merged.size() - 1) == 0,
+           "an F5 text longer than the capacity was not refused with the buffer kept");
+
+    // An envelope is not a table: nothing of it reaches the record.
+    auto group = std::make_unique<KZDEV_STORAGEGROUP_CFG>();
+    request.SetRequestInfo(RecordInfo("StorageGroup", group.get(), sizeof(KZDEV_STORAGEGROUP_CFG)));
+    Expect(request.Deserialize("{\"channel\":0,\"id\":0,\"params\":{\"table\":[{\"OverWrite\":true}"
+                               "]},\"result\":true}",
+                               0) == 1 &&
+               group->byOverWrite == 0,
+           "an envelope given to Deserialize reached the record");
+
+    // RemoteStorageLimit's Serialize writes the enable words of its input record.
+    auto nas = std::make_unique<KZDEV_NAS_CFG>();
+    nas->stChnTime[0][0][0].byFlag2 = 1;
+    request.SetRequestInfo(RecordInfo("RemoteStorageLimit", nas.get(), sizeof(KZDEV_NAS_CFG)));
+    request.Serialize(len);
+    Expect(nas->stChnTime[0][0][0].stSect.enable == 1,
+           "RemoteStorageLimit did not set an upload section's enable word from its flags");
+}
+
 }  // namespace
 
 int main() {
@@ -150,6 +221,7 @@ int main() {
     TimeSection();
     TitleAndTextHelpers();
     F5Text();
+    HeaderRules();
     if (failures != 0) return 1;
     std::printf("consumer: the installed package converts\n");
     return 0;
