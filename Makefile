@@ -3,8 +3,9 @@ WERROR ?= OFF
 CONFIGURE_FLAGS = -DPROTOFIX_WERROR=$(WERROR)
 STAGE = $(CURDIR)/build/stage
 
-.PHONY: deps configure build build-tool build-asan demo test test-default test-asan test-tsan test-package \
-        package-static package-shared catalog lint format format-check clean
+.PHONY: deps configure build build-tool build-asan build-shared demo test test-default test-asan test-tsan \
+        test-package package-static package-shared package-library package package-deb catalog lint \
+        format format-check clean
 
 deps:
 	bash scripts/install-deps
@@ -38,18 +39,47 @@ test-tsan: deps
 	cmake --build --preset tsan
 	ctest --preset tsan
 
-# Installs the library (static, then shared) into a staging prefix and builds a consumer project
-# against each install, with find_package and with pkg-config.
+# Installs the library (static, then shared) into a staging prefix and uses each install with no
+# environment: its tool, manual page and completion, and a consumer project built with
+# find_package and with pkg-config; the shared library exports every function of the headers.
 package-static: build
 	bash tests/package/check-install.sh static $(STAGE)/static build/default "$(CONFIGURE_FLAGS)"
 
-package-shared: deps
+# The shared build is also the one packaged, so its prefix is /usr (the multiarch library
+# directory); the checks install it elsewhere with --prefix.
+build-shared: deps
 	cmake -S . -B build/shared -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_SHARED_LIBS=ON \
-	  -DPROTOFIX_BUILD_TESTS=OFF -DPROTOFIX_BUILD_BENCH=OFF $(CONFIGURE_FLAGS)
-	cmake --build build/shared
+	  -DCMAKE_INSTALL_PREFIX=/usr -DPROTOFIX_BUILD_TESTS=OFF -DPROTOFIX_BUILD_BENCH=OFF $(CONFIGURE_FLAGS)
+	cmake --build build/shared -j 2
+
+package-shared: build-shared
 	bash tests/package/check-install.sh shared $(STAGE)/shared build/shared "$(CONFIGURE_FLAGS)"
 
-test-package: package-static package-shared
+# README's install sequence for the library alone: only JsonCpp may be needed, so the finding of
+# the test, benchmark and tool packages is disabled, and a consumer builds against the install.
+package-library: deps
+	cmake -S . -B build/library -G Ninja -DCMAKE_BUILD_TYPE=Release -DPROTOFIX_BUILD_TESTS=OFF \
+	  -DPROTOFIX_BUILD_BENCH=OFF -DPROTOFIX_BUILD_TOOL=OFF -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON \
+	  -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON -DCMAKE_DISABLE_FIND_PACKAGE_CLI11=ON $(CONFIGURE_FLAGS)
+	cmake --build build/library -j 2
+	rm -rf $(STAGE)/library build/library/consumer
+	cmake --install build/library --prefix $(STAGE)/library >/dev/null
+	cmake -S tests/package -B build/library/consumer -G Ninja -DCMAKE_PREFIX_PATH=$(STAGE)/library \
+	  $(CONFIGURE_FLAGS) >/dev/null
+	cmake --build build/library/consumer >/dev/null
+	build/library/consumer/consumer
+
+# Debian packages of the tool, the library and its development files, in build/shared/packages.
+package: build-shared
+	rm -rf build/shared/packages
+	cd build/shared && cpack
+	@ls build/shared/packages/*.deb build/shared/packages/*.ddeb
+
+# The packages inspected, unpacked into a temporary root and used from there.
+package-deb: package
+	bash tests/package/check-deb.sh build/shared/packages "$(CONFIGURE_FLAGS)"
+
+test-package: package-static package-shared package-library package-deb
 
 # The section catalog, written again from the section table, the descriptors and the examples.
 catalog: build-tool

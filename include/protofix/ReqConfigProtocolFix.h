@@ -3,6 +3,7 @@
 #ifndef PROTOFIX_REQCONFIGPROTOCOLFIX_H
 #define PROTOFIX_REQCONFIGPROTOCOLFIX_H
 
+#include <protofix/export.h>
 #include <protofix/info.h>
 #include <protofix/records/alarm.h>
 #include <protofix/records/device.h>
@@ -24,11 +25,42 @@ public:
     // Builds the section's table from info.input and wraps it in the request envelope
     // {"channel":C,"id":N,"params":{"table":...},"result":bool}. The text is owned by the object
     // and valid until the next Serialize or the object's end; len receives its byte length.
+    //
+    // Record mode: info.input must point to a whole record of the section's type (sections.def,
+    // or protofix sections, gives it); inputLength is not checked but by the sections that say
+    // so (PROTOCOL_FIX_INFO.inputLength).
+    //
+    // Text mode: info.input is the device's F5 text, read up to its NUL whatever inputLength
+    // says, so it must be NUL-terminated. JsonCpp's exceptions pass out of Serialize as they do
+    // out of Deserialize: a member of the wrong JSON kind where the section reads a value
+    // throws Json::LogicError (an F5 text {"Alarm":{"En":"yes"}} does).
+    //
+    // "RemoteStorageLimit" writes its input record: each upload section's enable word
+    // (stSect.enable) is set from its flags before it is written to the table, as the device's
+    // readers expect. Its record must be writable, and two threads must not share one.
     char* Serialize(int& len) override;
-    // Parses the bare table of a device reply into info.output. 1 converted, -1 the section
-    // refused, 0 the text is not JSON or no section has the name. len is not used. In text mode
-    // the merged F5 text is copied back as strncpy copies outputLength - 1 characters: when it is
-    // that long or one longer, the buffer holds no NUL, so read it back bounded by outputLength.
+
+    // Parses a table into info.output. 1 converted, -1 the section refused, 0 the text is not
+    // JSON or no section has the name. len is not used: text is NUL-terminated. A table value
+    // of the wrong JSON kind where the section reads a value throws Json::LogicError.
+    //
+    // The text is the bare table, the value of "params"."table" in a device reply, not the
+    // envelope that Serialize returns. An envelope reads as a table of the wrong shape: none of
+    // the values inside it reach the record, and most sections still answer 1.
+    //
+    // Record mode: info.output must point to a whole record of the section's type; outputLength
+    // is not checked but by the sections that say so (PROTOCOL_FIX_INFO.outputLength).
+    //
+    // Text mode: info.output holds the device's F5 text, read up to its NUL and never past
+    // outputLength bytes. The merged text (the compact writer's, which ends in a newline) is
+    // written back only when it is at most outputLength bytes long; otherwise the answer is -1
+    // and the buffer is left as it was. The copy keeps the device's capacity rule, strncpy of
+    // outputLength - 1 characters: a text exactly outputLength bytes long comes back without its
+    // newline and without a NUL, one of outputLength - 1 bytes without a NUL, and only a text at
+    // least two bytes shorter than outputLength comes back terminated. Byte outputLength - 1 is
+    // never written, so a caller who sets it to 0 beforehand always reads a terminated text;
+    // otherwise read the result bounded by outputLength. Give the buffer room beyond the text
+    // it holds for what the table adds (the tool gives 65536 bytes, or more for a longer text).
     int Deserialize(const char* text, int len) override;
 
     // Copies the request information; its pointers are borrowed until the next conversion returns.
@@ -118,7 +150,8 @@ private:
 // Video compression words ("MPEG4" ... "SVAC") of tagNET_EM_VIDEO_COMPRESSION. The word of a
 // code 0..9 is assigned to target, which another code leaves as it was; the code of a word,
 // compared exactly, or -1.
-void ConvertVideoCompressionEnumToJson(tagNET_EM_VIDEO_COMPRESSION code, Json::Value& target);
-int ConvertVideoCompressionJsonToEnum(const Json::Value& word);
+PROTOFIX_API void ConvertVideoCompressionEnumToJson(tagNET_EM_VIDEO_COMPRESSION code,
+                                                    Json::Value& target);
+PROTOFIX_API int ConvertVideoCompressionJsonToEnum(const Json::Value& word);
 
 #endif

@@ -1,5 +1,9 @@
 // The minimal request base of the surrounding client library: the part of IPDU and CRequest that
 // the protocol-fix request needs, and the library's text helpers that the sections call.
+//
+// The names of this interface are the client library's own and are kept as it spells them,
+// GetRespondTpye and parseUtf8JasonToAssic included: the library's callers and derived requests
+// use these names, so they are not to be corrected.
 #ifndef PROTOFIX_REQUEST_H
 #define PROTOFIX_REQUEST_H
 
