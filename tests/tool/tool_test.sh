@@ -560,7 +560,7 @@ peak_mib() {
 
 # No input makes the tool read, hold or wait without a bound, and no output is lost unsaid.
 group_limits() {
-    local table=$ex/rtsp.table.json f5=$ex/alarm.f5.json
+    local table=$ex/rtsp.table.json f5=$ex/alarm.f5.json peak input file example capacity
     head -c 3000 /dev/zero | tr '\0' ' ' >"$work/blank-3k.json"
     echo '{"Port":554}' >>"$work/blank-3k.json"
     mkfifo "$work/fifo"
@@ -613,9 +613,23 @@ group_limits() {
     cases=$((cases + 1))
     "$tool" deserialize Alarm "$ex/alarm.table.json" 2>/dev/null | head -c 1 >/dev/null
     [[ ${PIPESTATUS[0]} -eq 0 || ${PIPESTATUS[0]} -eq 141 ]] || fail sigpipe "exit status ${PIPESTATUS[0]}"
+    # Merges whose text cannot fit are refused as soon as that is certain, by the library and by
+    # the tool's explanation alike: a 40 KB grid of rows 100,000 wide, a 300 KB schedule of
+    # 100,000 channels.
+    { printf '{"Col":100000,"Region":[0'; for i in $(seq 19999); do printf ',0'; done; printf ']}\n'; } >"$work/wide-grid.json"
+    { printf '[{"Channels":[{}'; for i in $(seq 99999); do printf ',{}'; done; printf ']}]\n'; } >"$work/many-channels.json"
+    timed 10 wide-grid check wide-grid 1 only-err 'the merged F5 text is longer than [0-9]+ bytes, more than --capacity 100002 holds' \
+                                                                                deserialize MotionDetect --f5 "$ex/motiondetect.f5.json" "$work/wide-grid.json" --capacity 100002
+    timed 10 many-channels check many-channels 1 only-err 'the merged F5 text is longer than [0-9]+ bytes, more than --capacity 5633 holds' \
+                                                                                deserialize RemoteStorageLimit --f5 "$ex/remotestoragelimit.f5.json" "$work/many-channels.json" --capacity 5633
+    for input in wide-grid:motiondetect:100002 many-channels:remotestoragelimit:5633; do
+        IFS=: read -r file example capacity <<<"$input"
+        peak=$(peak_mib deserialize "$example" --f5 "$ex/$example.f5.json" "$work/$file.json" --capacity "$capacity")
+        cases=$((cases + 1))
+        [[ -z $peak || $peak -lt 100 ]] || fail "memory-$file" "$peak MiB to refuse the merge"
+    done
     # Memory in proportion to the input: a 64 MiB file of blanks is refused holding it once.
     head -c $((64 << 20)) /dev/zero | tr '\0' ' ' >"$work/blank-64m.json"
-    local peak
     peak=$(peak_mib deserialize RTSP "$work/blank-64m.json" --max-input 63M)
     cases=$((cases + 1))
     [[ -z $peak || $peak -lt 20 ]] || fail memory-refused-file "$peak MiB to refuse a file by its size"

@@ -249,25 +249,34 @@ Result TableRun::Refusal() {
         refused.error += KeysHint();
         return refused;
     }
-    // When the same merge converts with room to spare, the text outgrew the buffer.
-    const std::size_t roomy = std::min(
-        std::max(8 * (m_oldText.size() + m_tableText.size()) + 4096, 2 * m_buffer->Capacity()),
-        std::max(m_job.largestCapacity, m_buffer->Capacity()));
-    if (roomy > m_buffer->Capacity()) {
+    // A merge refuses for a reason the tool can see, or else because the merged text outgrew the
+    // buffer: the same merge with room to spare (four times the capacity, or twice the F5 text,
+    // within the input limit) tells how long the text is, or that it is longer still. The room is
+    // kept in proportion to the buffer, not to the table, which may be far larger.
+    if (!RefusalReason(m_section, m_job, &m_table).empty()) {
+        return Refused(m_job, m_section, what, &m_table);
+    }
+    const std::size_t capacity = m_buffer->Capacity();
+    const std::size_t roomy =
+        std::min(std::max(4 * capacity, 2 * m_oldText.size() + 4096),
+                 std::max(m_job.largestCapacity, capacity));
+    std::string needed;
+    if (roomy > capacity) {
         F5Buffer buffer(roomy);
         buffer.Load(m_oldText);
         try {
             if (m_converter.Merge(m_tableText, buffer) == 1) {
-                const std::size_t needed = buffer.Text().size();
-                return Result::Failed(
-                    kRefused,
-                    m_job.f5.name + ": the merged F5 text is " + std::to_string(needed) +
-                        " bytes, more than --capacity " + std::to_string(m_buffer->Capacity()) +
-                        " holds (give --capacity " + std::to_string(needed) + " or more)");
+                needed = std::to_string(buffer.Text().size());
             }
-        } catch (const Json::Exception&) {}
+        } catch (const Json::Exception&) {
+        }
     }
-    return Refused(m_job, m_section, what, &m_table);
+    const std::string holds = " bytes, more than --capacity " + std::to_string(capacity) + " holds";
+    return Result::Failed(kRefused, m_job.f5.name + ": the merged F5 text is " +
+                                        (needed.empty() ? "longer than " + std::to_string(roomy) +
+                                                              holds + " (give a larger --capacity)"
+                                                        : needed + holds + " (give --capacity " +
+                                                              needed + " or more)"));
 }
 
 Json::Value TableRun::Back() const {
