@@ -159,15 +159,16 @@ bool CheckCombinations(const CLI::App* command, Failure& failure) {
             return false;
         }
     }
-    const std::pair<const char*, const char*> needs[] = {
-        {"--capacity", "--f5"}, {"--add-member", "--f5"}};
+    const std::pair<const char*, const char*> needs[] = {{"--capacity", "--f5"},
+                                                         {"--add-member", "--f5"}};
     for (const auto& [option, other] : needs) {
         if (Given(command, option) && !Given(command, other)) {
             failure = {kBadInput, std::string(option) + " goes only with " + other};
             return false;
         }
     }
-    if (Given(command, "--examples") && !Given(command, "--markdown") && !Given(command, "--json")) {
+    if (Given(command, "--examples") && !Given(command, "--markdown") &&
+        !Given(command, "--json")) {
         failure = {kBadInput, "--examples goes only with --markdown or --json"};
         return false;
     }

@@ -164,6 +164,43 @@ void WarnUnusedOptions(const Job& job, const Section& section, const Converter& 
     }
 }
 
+bool BufferCapacity(const Job& job, std::size_t& capacity, Result& failure) {
+    const std::size_t needed = job.f5.text.size() + 1;
+    capacity = job.capacity > 0 ? static_cast<std::size_t>(job.capacity)
+                                : std::max(static_cast<std::size_t>(kDefaultCapacity), needed);
+    if (capacity >= needed) return true;
+    failure = Result::Failed(
+        kBadInput, job.f5.name + ": the F5 text needs " + std::to_string(needed) +
+                       " bytes with its NUL, more than --capacity " + std::to_string(capacity));
+    return false;
+}
+
+void ReportLosses(const Job& job, const std::vector<Loss>& losses, const LossReport& report,
+                  Result& result) {
+    result.outputName = "losses";
+    result.output = Json::Value(Json::arrayValue);
+    for (std::size_t i = 0; i < losses.size(); ++i) {
+        const Loss& loss = losses[i];
+        Json::Value entry;
+        entry["path"] = PathJson(loss.path);
+        entry["before"] = loss.before;
+        const bool changed = loss.kind == Loss::kChanged;
+        if (changed) entry["after"] = loss.after;
+        entry["loss"] = changed ? "changed" : report.kind(i);
+        result.output.append(entry);
+        result.printed += FormatPath(loss.path) + ": " + Brief(loss.before) + " -> " +
+                          (changed ? Brief(loss.after) : "(absent): " + report.label(i)) + "\n";
+    }
+    if (job.json) {
+        result.printed = FormatJson(result.output, job.pretty);
+    } else if (losses.empty()) {
+        result.printed = report.nothingLost + "\n";
+    }
+    if (losses.empty()) return;
+    result.status = kRefused;
+    result.error = report.error(losses.size());
+}
+
 Result NoMember(const Source& f5, const Section& section, const Json::Value& document,
                 const std::string& consequence, Knowledge& knowledge) {
     std::string member;

@@ -38,20 +38,6 @@ bool IsRecordView(const Json::Value& input, const Section& section) {
     return describe::FromJson(*descriptor, input, scratch.data(), error);
 }
 
-std::string KindOf(const Json::Value& value) {
-    switch (value.type()) {
-        case Json::nullValue: return "null";
-        case Json::intValue:
-        case Json::uintValue:
-        case Json::realValue: return "a number";
-        case Json::booleanValue: return "true or false";
-        case Json::stringValue: return "a text";
-        case Json::arrayValue: return "an array";
-        case Json::objectValue: return "an object";
-    }
-    return "a value";
-}
-
 std::string Names(const std::vector<std::string>& names) {
     std::string text;
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -165,7 +151,7 @@ std::string MisspeltF5Member(const Json::Value& document, const Section& section
 
 std::string DescribeInput(const Json::Value& input, const Section& wanted, Role role,
                           Knowledge& knowledge) {
-    if (!input.isObject() && !input.isArray()) return KindOf(input);
+    if (!input.isObject() && !input.isArray()) return KindName(input.type());
     if (IsEnvelope(input)) return "a request envelope";
     if (wanted.HasRecord() && IsRecordView(input, wanted)) {
         return std::string("a record of section ") + wanted.name + " in the named-field form (" +

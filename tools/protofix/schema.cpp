@@ -34,10 +34,8 @@ void Schema::Add(const Json::Value& value, const Shape& shape) {
     }
 }
 
-std::string Schema::KindAt(const Shape& shape) const {
-    const auto found = m_kinds.find(shape);
-    if (found == m_kinds.end()) return "";
-    switch (found->second) {
+std::string KindName(Json::ValueType type) {
+    switch (type) {
         case Json::intValue:
         case Json::uintValue:
         case Json::realValue: return "a number";
@@ -47,7 +45,13 @@ std::string Schema::KindAt(const Shape& shape) const {
         case Json::objectValue: return "an object";
         case Json::nullValue: break;
     }
-    return "";
+    return "null";
+}
+
+std::string Schema::KindAt(const Shape& shape) const {
+    const auto found = m_kinds.find(shape);
+    return found == m_kinds.end() || found->second == Json::nullValue ? ""
+                                                                      : KindName(found->second);
 }
 
 std::vector<std::string> Schema::MembersOf(const Shape& shape) const {

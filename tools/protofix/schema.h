@@ -20,6 +20,10 @@ using Shape = std::string;
 Shape ShapeChild(const Shape& parent, const std::string& member);
 Shape ShapeElement(const Shape& parent);
 
+// A kind of JSON value in words: "a number", "true or false", "a text", "an array", "an object",
+// "null".
+std::string KindName(Json::ValueType type);
+
 class Schema {
 public:
     // Adds every path of the value.

@@ -13,15 +13,6 @@ namespace {
 
 std::string Into(const Job& job) { return job.TextMode() ? "the F5 text" : "the record"; }
 
-// The answer when the section read nothing of the table.
-Result NothingReadResult(const Job& job, const Section& section, const TableRun& run,
-                         Knowledge& knowledge) {
-    const std::string looks = DescribeInput(run.Table(), section, Role::kTable, knowledge);
-    return Result::Failed(kRefused, job.input.name + ": section " + section.name +
-                                        " read nothing of the table" +
-                                        (looks.empty() ? "" : "; it looks like " + looks));
-}
-
 // The --base hint, where a base changes what the section reads.
 std::string BaseHint(const Job& job, const Section& section, Knowledge& knowledge) {
     if (job.TextMode() || job.base.Given() || knowledge.Example(section, "base").isNull())
@@ -29,15 +20,28 @@ std::string BaseHint(const Job& job, const Section& section, Knowledge& knowledg
     return " (the record started as zeros: give --base to name what the section reads)";
 }
 
+// The table converted and compared with what comes back; false, with the result to give, when
+// it did not convert or the section read nothing of it.
+bool Compared(TableRun& run, const Job& job, const Section& section, Knowledge& knowledge,
+              std::vector<Loss>& losses, std::vector<bool>& notRead, Result& result) {
+    if (!run.Run(result)) return false;
+    losses = run.Losses(notRead);
+    if (!run.NothingRead(losses, notRead)) return true;
+    const std::string looks = DescribeInput(run.Table(), section, Role::kTable, knowledge);
+    result = Result::Failed(kRefused, job.input.name + ": section " + section.name +
+                                          " read nothing of the table" +
+                                          (looks.empty() ? "" : "; it looks like " + looks));
+    return false;
+}
+
 }  // namespace
 
 Result DeserializeJob(const Job& job, const Section& section, Knowledge& knowledge) {
     TableRun run(job, section, knowledge);
     Result result;
-    if (!run.Run(result)) return result;
+    std::vector<Loss> losses;
     std::vector<bool> notRead;
-    const std::vector<Loss> losses = run.Losses(notRead);
-    if (run.NothingRead(losses, notRead)) return NothingReadResult(job, section, run, knowledge);
+    if (!Compared(run, job, section, knowledge, losses, notRead, result)) return result;
     run.Output(result);
     result.warnings = run.Warnings();
     for (std::size_t i = 0; i < losses.size(); ++i) {
@@ -64,44 +68,23 @@ Result DeserializeJob(const Job& job, const Section& section, Knowledge& knowled
 Result RoundtripTableJob(const Job& job, const Section& section, Knowledge& knowledge) {
     TableRun run(job, section, knowledge);
     Result result;
-    if (!run.Run(result)) return result;
+    std::vector<Loss> losses;
     std::vector<bool> notRead;
-    const std::vector<Loss> losses = run.Losses(notRead);
-    if (run.NothingRead(losses, notRead)) return NothingReadResult(job, section, run, knowledge);
+    if (!Compared(run, job, section, knowledge, losses, notRead, result)) return result;
     result.warnings = run.Warnings();
-    result.outputName = "losses";
-    result.output = Json::Value(Json::arrayValue);
-    for (std::size_t i = 0; i < losses.size(); ++i) {
-        const Loss& loss = losses[i];
-        Json::Value entry;
-        entry["path"] = PathJson(loss.path);
-        entry["before"] = loss.before;
-        std::string after;
-        if (loss.kind == Loss::kChanged) {
-            entry["after"] = loss.after;
-            entry["loss"] = "changed";
-            after = Brief(loss.after);
-        } else if (notRead[i]) {
-            entry["loss"] = "not read";
-            after = "(absent): not read by the section" + run.Suggestion(loss);
-        } else {
-            entry["loss"] = "not given back";
-            after = "(absent): not given back";
-        }
-        result.output.append(entry);
-        result.printed += FormatPath(loss.path) + ": " + Brief(loss.before) + " -> " + after + "\n";
-    }
-    if (job.json) result.printed = FormatJson(result.output, job.pretty);
-    if (losses.empty()) {
-        if (!job.json)
-            result.printed =
-                "nothing lost: every value of the table came back from " + Into(job) + "\n";
-        return result;
-    }
-    result.status = kRefused;
-    result.error = job.input.name + ": " + std::to_string(losses.size()) +
-                   (losses.size() == 1 ? " value does" : " values do") +
-                   " not survive the round trip through " + Into(job);
+    LossReport report;
+    report.nothingLost = "nothing lost: every value of the table came back from " + Into(job);
+    report.label = [&](std::size_t i) {
+        return notRead[i] ? "not read by the section" + run.Suggestion(losses[i])
+                          : std::string("not given back");
+    };
+    report.kind = [&](std::size_t i) { return notRead[i] ? "not read" : "not given back"; };
+    report.error = [&](std::size_t count) {
+        return job.input.name + ": " + std::to_string(count) +
+               (count == 1 ? " value does" : " values do") +
+               " not survive the round trip through " + Into(job);
+    };
+    ReportLosses(job, losses, report, result);
     return result;
 }
 

@@ -154,16 +154,8 @@ bool TableRun::ReadF5Text(Result& failure) {
         failure = Failed(read);
         return false;
     }
-    const std::size_t needed = m_oldText.size() + 1;
-    const std::size_t capacity = m_job.capacity > 0
-                                     ? static_cast<std::size_t>(m_job.capacity)
-                                     : std::max(static_cast<std::size_t>(kDefaultCapacity), needed);
-    if (capacity < needed) {
-        failure = Result::Failed(
-            kBadInput, m_job.f5.name + ": the F5 text needs " + std::to_string(needed) +
-                           " bytes with its NUL, more than --capacity " + std::to_string(capacity));
-        return false;
-    }
+    std::size_t capacity = 0;
+    if (!BufferCapacity(m_job, capacity, failure)) return false;
     m_buffer.emplace(capacity);
     m_buffer->Load(m_oldText);
     return true;
@@ -257,9 +249,8 @@ Result TableRun::Refusal() {
         return Refused(m_job, m_section, what, &m_table);
     }
     const std::size_t capacity = m_buffer->Capacity();
-    const std::size_t roomy =
-        std::min(std::max(4 * capacity, 2 * m_oldText.size() + 4096),
-                 std::max(m_job.largestCapacity, capacity));
+    const std::size_t roomy = std::min(std::max(4 * capacity, 2 * m_oldText.size() + 4096),
+                                       std::max(m_job.largestCapacity, capacity));
     std::string needed;
     if (roomy > capacity) {
         F5Buffer buffer(roomy);
@@ -268,15 +259,15 @@ Result TableRun::Refusal() {
             if (m_converter.Merge(m_tableText, buffer) == 1) {
                 needed = std::to_string(buffer.Text().size());
             }
-        } catch (const Json::Exception&) {
-        }
+        } catch (const Json::Exception&) {}
     }
     const std::string holds = " bytes, more than --capacity " + std::to_string(capacity) + " holds";
-    return Result::Failed(kRefused, m_job.f5.name + ": the merged F5 text is " +
-                                        (needed.empty() ? "longer than " + std::to_string(roomy) +
-                                                              holds + " (give a larger --capacity)"
-                                                        : needed + holds + " (give --capacity " +
-                                                              needed + " or more)"));
+    return Result::Failed(
+        kRefused,
+        m_job.f5.name + ": the merged F5 text is " +
+            (needed.empty()
+                 ? "longer than " + std::to_string(roomy) + holds + " (give a larger --capacity)"
+                 : needed + holds + " (give --capacity " + needed + " or more)"));
 }
 
 Json::Value TableRun::Back() const {

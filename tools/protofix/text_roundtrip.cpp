@@ -32,17 +32,8 @@ public:
                                m_knowledge);
             return false;
         }
-        const std::size_t needed = m_job.f5.text.size() + 1;
-        const std::size_t capacity =
-            m_job.capacity > 0 ? static_cast<std::size_t>(m_job.capacity)
-                               : std::max(static_cast<std::size_t>(kDefaultCapacity), needed);
-        if (capacity < needed) {
-            failure = Result::Failed(kBadInput, m_job.f5.name + ": the F5 text needs " +
-                                                    std::to_string(needed) +
-                                                    " bytes with its NUL, more than --capacity " +
-                                                    std::to_string(capacity));
-            return false;
-        }
+        std::size_t capacity = 0;
+        if (!BufferCapacity(m_job, capacity, failure)) return false;
         F5Buffer buffer(capacity);
         int answer = 0;
         std::string text;
@@ -106,33 +97,16 @@ Result RoundtripTextJob(const Job& job, const Section& section, Knowledge& knowl
     Result result;
     if (!trip.Run(result)) return result;
     const std::vector<Loss> losses = CompareTexts(trip.Old(), trip.Back());
-    result.outputName = "losses";
-    result.output = Json::Value(Json::arrayValue);
-    for (const Loss& loss : losses) {
-        Json::Value entry;
-        entry["path"] = PathJson(loss.path);
-        entry["before"] = loss.before;
-        if (loss.kind == Loss::kChanged) entry["after"] = loss.after;
-        entry["loss"] = loss.kind == Loss::kChanged ? "changed" : "not given back";
-        result.output.append(entry);
-        result.printed += FormatPath(loss.path) + ": " + Brief(loss.before) + " -> " +
-                          (loss.kind == Loss::kChanged ? Brief(loss.after)
-                                                       : std::string("(absent): not given back")) +
-                          "\n";
-    }
-    if (job.json) result.printed = FormatJson(result.output, job.pretty);
-    if (losses.empty()) {
-        if (!job.json) {
-            result.printed =
-                "nothing lost: every value of the F5 text came back through the table\n";
-        }
-        return result;
-    }
-    result.status = kRefused;
-    result.error =
-        job.f5.name + ": " + std::to_string(losses.size()) +
-        (losses.size() == 1 ? " value of the F5 text comes" : " values of the F5 text come") +
-        " back otherwise through the table";
+    LossReport report;
+    report.nothingLost = "nothing lost: every value of the F5 text came back through the table";
+    report.label = [](std::size_t) { return std::string("not given back"); };
+    report.kind = report.label;
+    report.error = [&](std::size_t count) {
+        return job.f5.name + ": " + std::to_string(count) +
+               (count == 1 ? " value of the F5 text comes" : " values of the F5 text come") +
+               " back otherwise through the table";
+    };
+    ReportLosses(job, losses, report, result);
     return result;
 }
 
