@@ -2,6 +2,7 @@
 
 #include "commands.h"
 #include "names.h"
+#include "section_table.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -170,6 +171,10 @@ bool MakeJob(const Json::Value& request, const std::string& text, std::size_t li
         return false;
     }
     job.section = section->asString();
+    if (FindSection(job.section) == nullptr) {
+        error = Where(line, "section") + ": " + UnknownSection(job.section);
+        return false;
+    }
     const CommandMembers* command = CommandOf(reader.Find("command"));
     if (command == nullptr) {
         error = Where(line, "command") + ": expected serialize, deserialize, roundtrip or view";
