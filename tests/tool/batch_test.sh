@@ -375,6 +375,7 @@ pipe_test() {
 }
 
 coproc PIPE { exec timeout 60 "$tool" batch 2>/dev/null; }
+# shellcheck disable=SC2153 # PIPE_PID is the coprocess's, set by coproc
 pipe_pid=$PIPE_PID
 pipe_test stdin
 mkfifo "$work/fifo"
