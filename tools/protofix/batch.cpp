@@ -360,7 +360,7 @@ bool ParseRequest(const std::string& line, std::size_t number, Json::Value& requ
 }  // namespace
 
 int BatchLine(const std::string& line, std::size_t number, std::size_t maxInput,
-              Knowledge& knowledge, std::string& text) {
+              Knowledge& knowledge, std::string& result) {
     Json::Value request;
     Job job;
     job.largestCapacity = maxInput;
@@ -380,7 +380,7 @@ int BatchLine(const std::string& line, std::size_t number, std::size_t maxInput,
                             (outcome.warnings.size() == 1 ? " warning" : " warnings");
         }
     }
-    text = ResultLine(number, outcome);
+    result = ResultLine(number, outcome);
     return outcome.status;
 }
 
@@ -390,8 +390,8 @@ int RunBatch(const std::string& requests, std::size_t maxLine, std::ostream& out
     const int descriptor =
         standardInput ? STDIN_FILENO : ::open(requests.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
-        std::fprintf(stderr, "protofix: %s: cannot open: %s\n", requests.c_str(),
-                     std::strerror(errno));
+        (void)std::fprintf(stderr, "protofix: %s: cannot open: %s\n", requests.c_str(),
+                           std::strerror(errno));
         return kBadInput;
     }
     const bool showProgress = isatty(STDERR_FILENO) != 0;
@@ -434,8 +434,8 @@ int RunBatch(const std::string& requests, std::size_t maxLine, std::ostream& out
     const int error = reader.Error();
     if (!standardInput) (void)::close(descriptor);
     if (error != 0) {
-        std::fprintf(stderr, "protofix: %s: cannot read: %s\n", DisplayName(requests).c_str(),
-                     std::strerror(error));
+        (void)std::fprintf(stderr, "protofix: %s: cannot read: %s\n", DisplayName(requests).c_str(),
+                           std::strerror(error));
         return kBadInput;
     }
     return worst;
