@@ -85,8 +85,10 @@ Source SourceOf(const Json::Value& value, const std::string& text, std::size_t l
         source.text = value.asString();
     } else if (start < limit && limit <= text.size()) {
         source.text.assign(text, start, limit - start);
+        source.json = &value;
     } else {
         source.text = Json::FastWriter().write(value);
+        source.json = &value;
     }
     return source;
 }
@@ -364,6 +366,7 @@ int BatchLine(const std::string& line, std::size_t number, std::size_t maxInput,
     Json::Value request;
     Job job;
     job.largestCapacity = maxInput;
+    job.print = false;  // a result line holds the output as JSON
     bool strict = false;
     std::string error;
     Failure failure;

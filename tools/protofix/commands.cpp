@@ -21,7 +21,7 @@ Result NotARecord(const Job& job, const Section& section, const Failure& failure
                   Knowledge& knowledge) {
     Json::Value input;
     Failure ignored;
-    if (job.hex || !ParseJsonText(job.input.name, job.input.text, input, ignored)) {
+    if (job.hex || !ParseSource(job.input, input, ignored)) {
         return Failed(failure);
     }
     const std::string looks = DescribeInput(input, section, Role::kRecord, knowledge);
@@ -38,7 +38,7 @@ Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge
     std::string envelope;
     if (job.TextMode()) {
         Json::Value document;
-        if (!ParseJsonText(job.f5.name, job.f5.text, document, failure)) return Failed(failure);
+        if (!ParseSource(job.f5, document, failure)) return Failed(failure);
         if (F5Member(document, section) == nullptr) {
             return NoMember(job.f5, section, document,
                             std::string("section ") + section.name + " reads nothing of it",
@@ -55,9 +55,11 @@ Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge
                     return true;
                 }
             };
-            return Result::Failed(kBadInput,
-                                  WrongKind(job.f5.name, section, FindCulprit(document, throws),
-                                            knowledge.ExampleSchema(section, "f5")));
+            return Result::Failed(
+                kBadInput,
+                WrongKind(job.f5.name, section,
+                          FindCulprit(document, throws, &knowledge.ExampleSchema(section, "f5")),
+                          knowledge.ExampleSchema(section, "f5")));
         }
     } else {
         record.assign(section.recordSize, 0);
@@ -66,9 +68,10 @@ Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge
         }
         envelope = converter.Packet(record);
     }
-    bool converted = false;
-    const Json::Value table = EnvelopeTable(envelope, &converted);
-    if (!converted) {
+    Json::Value root;
+    Json::Reader().parse(envelope, root, false);
+    const Json::Value& table = root["params"]["table"];
+    if (!root["result"].isBool() || !root["result"].asBool()) {
         return Refused(job, section,
                        job.TextMode()
                            ? job.f5.name + ": section " + section.name + " refused the F5 text"
@@ -80,10 +83,12 @@ Result SerializeJob(const Job& job, const Section& section, Knowledge& knowledge
     if (job.tableOnly) {
         result.output = table;
     } else {
-        Json::Reader().parse(envelope, result.output, false);
+        result.output.swap(root);  // table still names the same member, now the output's
     }
-    result.printed =
-        job.tableOnly ? FormatJson(table, job.pretty) : FormatJsonText(envelope, job.pretty);
+    if (job.print) {
+        result.printed =
+            job.tableOnly ? FormatJson(table, job.pretty) : FormatJsonText(envelope, job.pretty);
+    }
     WarnUnusedOptions(
         job, section, converter, {"--standard", "--sub-mode", "--current"},
         [&](const Converter& other) {
@@ -122,7 +127,7 @@ Result ViewJob(const Job& job, const Section& section) {
     Result result;
     result.outputName = "record";
     result.output = RecordView(section, record, job.raw, job.without);
-    result.printed = PrintedRecord(section, record, job);
+    if (job.print) result.printed = PrintedRecord(section, record, job);
     return result;
 }
 
@@ -188,12 +193,13 @@ void ReportLosses(const Job& job, const std::vector<Loss>& losses, const LossRep
         if (changed) entry["after"] = loss.after;
         entry["loss"] = changed ? "changed" : report.kind(i);
         result.output.append(entry);
+        if (!job.print) continue;
         result.printed += FormatPath(loss.path) + ": " + Brief(loss.before) + " -> " +
                           (changed ? Brief(loss.after) : "(absent): " + report.label(i)) + "\n";
     }
-    if (job.json) {
+    if (job.print && job.json) {
         result.printed = FormatJson(result.output, job.pretty);
-    } else if (losses.empty()) {
+    } else if (job.print && losses.empty()) {
         result.printed = report.nothingLost + "\n";
     }
     if (losses.empty()) return;
@@ -224,7 +230,7 @@ Result RunJob(const Job& job, Knowledge& knowledge) {
     if (section == nullptr) return Result::Failed(kBadInput, UnknownSection(job.section));
     Failure failure;
     Json::Value reply;
-    if (job.current.Given() && !ParseJsonText(job.current.name, job.current.text, reply, failure)) {
+    if (job.current.Given() && !ParseSource(job.current, reply, failure)) {
         return Failed(failure);
     }
     try {

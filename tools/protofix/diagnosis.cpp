@@ -202,8 +202,38 @@ std::string DescribeInput(const Json::Value& input, const Section& wanted, Role 
     return "";
 }
 
+namespace {
+
+// The value without the object members of shapes the schema does not know (array elements keep
+// their places, so every path into the part is a path into the value).
+Json::Value KnownPart(const Json::Value& value, const Schema& schema, const Shape& shape) {
+    if (value.isObject()) {
+        Json::Value part(Json::objectValue);
+        for (const std::string& name : value.getMemberNames()) {
+            const Shape child = ShapeChild(shape, name);
+            if (schema.Knows(child)) part[name] = KnownPart(value[name], schema, child);
+        }
+        return part;
+    }
+    if (value.isArray()) {
+        Json::Value part(Json::arrayValue);
+        for (Json::ArrayIndex i = 0; i < value.size(); ++i) {
+            part[i] = KnownPart(value[i], schema, ShapeElement(shape));
+        }
+        return part;
+    }
+    return value;
+}
+
+}  // namespace
+
 std::optional<Path> FindCulprit(const Json::Value& input,
-                                const std::function<bool(const Json::Value&)>& throws) {
+                                const std::function<bool(const Json::Value&)>& throws,
+                                const Schema* example) {
+    if (example != nullptr) {
+        const Json::Value known = KnownPart(input, *example, Shape());
+        if (known != input && throws(known)) return FindCulprit(known, throws);
+    }
     Path at;
     for (;;) {
         const std::vector<Path> children = Children(At(input, at), at);

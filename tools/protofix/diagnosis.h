@@ -37,9 +37,12 @@ std::string MisspeltF5Member(const Json::Value& document, const Section& section
 
 // The value of the input that makes the conversion throw: the first leaf whose absence lets
 // throws(input without it) answer false. A few runs of throws (one per halving of the leaves),
-// then one to confirm; none when no single value is to blame.
+// then one to confirm; none when no single value is to blame. With the section's example, the
+// search first leaves out the members the section does not have, when the input still throws
+// without them: the runs then cost what the section's own keys cost.
 std::optional<Path> FindCulprit(const Json::Value& input,
-                                const std::function<bool(const Json::Value&)>& throws);
+                                const std::function<bool(const Json::Value&)>& throws,
+                                const Schema* example = nullptr);
 
 // The message of a value of the wrong JSON kind: "NAME: a value of the wrong JSON kind for
 // section X at PATH (a number was expected)"; what was expected is the kind the section's example

@@ -22,8 +22,17 @@ enum class Command { kSerialize, kDeserialize, kRoundtrip, kView };
 struct Source {
     std::string name;
     std::string text;
+    const Json::Value* json = nullptr;  // the text already parsed, when the caller holds it
     bool Given() const { return !name.empty(); }
 };
+
+// The source's JSON: parsed from its text (with the location of an error), or copied from what
+// the caller parsed already.
+inline bool ParseSource(const Source& source, Json::Value& value, Failure& failure) {
+    if (source.json == nullptr) return ParseJsonText(source.name, source.text, value, failure);
+    value = *source.json;
+    return true;
+}
 
 // F5 buffer capacity when none is given: this, or more to hold the F5 text and its NUL.
 constexpr int kDefaultCapacity = 65536;
@@ -47,6 +56,7 @@ struct Job {
     bool pretty = false;     // indent the JSON printed
     bool addMember = false;  // a merge may add the section's member to an F5 text without one
     bool json = false;       // roundtrip: the losses as JSON
+    bool print = true;       // make the text the command line prints (a batch does not)
     std::vector<std::string> without;  // view: top-level fields left out
     std::vector<std::string> given;    // the request options given: "--standard", ...
 

@@ -113,7 +113,9 @@ Json::Value EnvelopeTable(const std::string& envelope, bool* result) {
     Json::Reader reader;
     if (!reader.parse(envelope, root, false) || !root.isObject()) return Json::Value();
     if (result != nullptr) *result = root["result"].isBool() && root["result"].asBool();
-    return root["params"]["table"];
+    Json::Value table;
+    table.swap(root["params"]["table"]);
+    return table;
 }
 
 }  // namespace protofix::tool

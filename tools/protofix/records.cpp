@@ -33,7 +33,7 @@ bool ApplyRecord(const Section& section, const Source& source, bool hexOnly, Byt
     }
     const describe::Descriptor* descriptor = ViewOf(section, failure);
     Json::Value view;
-    if (descriptor == nullptr || !ParseJsonText(source.name, source.text, view, failure)) {
+    if (descriptor == nullptr || !ParseSource(source, view, failure)) {
         return false;
     }
     std::string error;

@@ -67,6 +67,51 @@ std::size_t Schema::Shared(const Schema& other) const {
     return shared;
 }
 
+namespace {
+
+// Calls visit(v) for every value at the shape's steps from `from` on.
+template <class Visit>
+void AtShape(const Json::Value& value, const Shape& shape, std::size_t from, Visit&& visit) {
+    if (from > shape.size()) {
+        visit(value);
+        return;
+    }
+    const std::size_t end = std::min(shape.find('\0', from), shape.size());
+    const std::string step = shape.substr(from, end - from);
+    if (step == "[]") {
+        if (!value.isArray()) return;
+        for (const Json::Value& element : value) AtShape(element, shape, end + 1, visit);
+    } else if (value.isObject()) {
+        const Json::Value* member = value.find(step.data(), step.data() + step.size());
+        if (member != nullptr) AtShape(*member, shape, end + 1, visit);
+    }
+}
+
+}  // namespace
+
+bool ShapeOccurs(const Json::Value& value, const Shape& shape) {
+    bool found = false;
+    if (shape.empty()) return !value.isNull();
+    AtShape(value, shape, 0, [&](const Json::Value&) { found = true; });
+    return found;
+}
+
+std::vector<std::string> MembersAt(const Json::Value& value, const Shape& shape) {
+    std::vector<std::string> names;
+    const auto add = [&](const Json::Value& at) {
+        if (!at.isObject()) return;
+        for (const std::string& name : at.getMemberNames()) {
+            if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+        }
+    };
+    if (shape.empty()) {
+        add(value);
+    } else {
+        AtShape(value, shape, 0, add);
+    }
+    return names;
+}
+
 const Json::Value& Knowledge::Example(const Section& section, const char* kind) {
     const std::string file = ExampleFile(section, kind);
     std::unique_ptr<Json::Value>& example = m_examples[file];

@@ -45,6 +45,11 @@ private:
     std::map<Shape, std::vector<std::string>> m_members;
 };
 
+// Whether a value has something at the path's shape ("[]" steps: in any element), and the member
+// names found there.
+bool ShapeOccurs(const Json::Value& value, const Shape& shape);
+std::vector<std::string> MembersAt(const Json::Value& value, const Shape& shape);
+
 // The examples built into the tool, parsed and gathered once per run of the tool (or of a batch):
 // owned by the run, not global.
 class Knowledge {

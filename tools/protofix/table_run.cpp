@@ -44,11 +44,14 @@ bool TableRun::SameAs(const std::string& tableText, const Converter& converter) 
 }
 
 std::vector<Loss> TableRun::Losses(std::vector<bool>& notRead) {
-    Schema known = m_knowledge.ExampleSchema(m_section, "table");
-    const Json::Value back = Back();
-    known.Add(back);
+    const Schema& example = m_knowledge.ExampleSchema(m_section, "table");
+    m_back = Back();
     std::vector<Loss> losses = CompareTables(
-        m_table, back, known, m_job.TextMode() ? LinkReading::kF5 : LinkReading::kRecord);
+        m_table, m_back, example, m_job.TextMode() ? LinkReading::kF5 : LinkReading::kRecord);
+    // A shape is the section's when its example or what it gave back has it.
+    for (Loss& loss : losses) {
+        if (loss.kind == Loss::kAbsent && !loss.known) loss.known = ShapeOccurs(m_back, loss.shape);
+    }
     notRead.assign(losses.size(), false);
     for (const bool unknownOnly : {false, true}) {
         std::vector<Path> absent;
@@ -63,7 +66,6 @@ std::vector<Loss> TableRun::Losses(std::vector<bool>& notRead) {
         }
         break;
     }
-    m_known = std::move(known);
     return losses;
 }
 
@@ -84,18 +86,25 @@ std::string TableRun::Suggestion(const Loss& loss) const {
     if (key == nullptr) return "";
     const Shape& shape = loss.shape;
     const std::size_t cut = shape.rfind('\0');
-    return DidYouMean(*key, m_known.MembersOf(cut == Shape::npos ? Shape() : shape.substr(0, cut)));
+    const Shape parent = cut == Shape::npos ? Shape() : shape.substr(0, cut);
+    std::vector<std::string> members =
+        m_knowledge.ExampleSchema(m_section, "table").MembersOf(parent);
+    for (const std::string& name : MembersAt(m_back, parent)) {
+        if (std::find(members.begin(), members.end(), name) == members.end())
+            members.push_back(name);
+    }
+    return DidYouMean(*key, members);
 }
 
 void TableRun::Output(Result& result) const {
     if (m_job.TextMode()) {
         result.outputName = "f5";
         result.output = ParsedOrText(m_merged);
-        result.printed = FormatJsonText(m_merged, m_job.pretty);
+        if (m_job.print) result.printed = FormatJsonText(m_merged, m_job.pretty);
     } else {
         result.outputName = "record";
         result.output = RecordView(m_section, m_bytes, m_job.raw);
-        result.printed = PrintedRecord(m_section, m_bytes, m_job);
+        if (m_job.print) result.printed = PrintedRecord(m_section, m_bytes, m_job);
     }
 }
 
@@ -123,7 +132,7 @@ bool TableRun::Read(Result& failure) {
 
 bool TableRun::ReadTable(Result& failure) {
     Failure read;
-    if (!ParseJsonText(m_job.input.name, m_job.input.text, m_table, read)) {
+    if (!ParseSource(m_job.input, m_table, read)) {
         failure = Failed(read);
         return false;
     }
@@ -150,7 +159,7 @@ bool TableRun::ReadTable(Result& failure) {
 bool TableRun::ReadF5Text(Result& failure) {
     Failure read;
     m_oldText = m_job.f5.text;
-    if (!ParseJsonText(m_job.f5.name, m_oldText, m_oldDocument, read)) {
+    if (!ParseSource(m_job.f5, m_oldDocument, read)) {
         failure = Failed(read);
         return false;
     }
@@ -197,8 +206,10 @@ std::string TableRun::Blame() {
             }
         };
         if (textThrows(m_oldDocument)) {
-            return WrongKind(m_job.f5.name, m_section, FindCulprit(m_oldDocument, textThrows),
-                             m_knowledge.ExampleSchema(m_section, "f5"));
+            return WrongKind(
+                m_job.f5.name, m_section,
+                FindCulprit(m_oldDocument, textThrows, &m_knowledge.ExampleSchema(m_section, "f5")),
+                m_knowledge.ExampleSchema(m_section, "f5"));
         }
     }
     const auto tableThrows = [&](const Json::Value& table) {
@@ -215,8 +226,10 @@ std::string TableRun::Blame() {
             return true;
         }
     };
-    return WrongKind(m_job.input.name, m_section, FindCulprit(m_table, tableThrows),
-                     m_knowledge.ExampleSchema(m_section, "table"));
+    return WrongKind(
+        m_job.input.name, m_section,
+        FindCulprit(m_table, tableThrows, &m_knowledge.ExampleSchema(m_section, "table")),
+        m_knowledge.ExampleSchema(m_section, "table"));
 }
 
 std::string TableRun::KeysHint() {

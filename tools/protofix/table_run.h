@@ -86,7 +86,7 @@ private:
     std::optional<F5Buffer> m_buffer;
     std::string m_merged;
     int m_result = 0;
-    Schema m_known;
+    Json::Value m_back;  // the table the section gave back
     std::vector<std::string> m_warnings;
 };
 

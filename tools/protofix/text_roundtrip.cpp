@@ -22,7 +22,7 @@ public:
 
     bool Run(Result& failure) {
         Failure read;
-        if (!ParseJsonText(m_job.f5.name, m_job.f5.text, m_old, read)) {
+        if (!ParseSource(m_job.f5, m_old, read)) {
             failure = Failed(read);
             return false;
         }
@@ -43,9 +43,11 @@ public:
                 std::string merged;
                 return !Through(Json::FastWriter().write(document), buffer, ignored, merged);
             };
-            failure = Result::Failed(kBadInput,
-                                     WrongKind(m_job.f5.name, m_section, FindCulprit(m_old, throws),
-                                               m_knowledge.ExampleSchema(m_section, "f5")));
+            failure = Result::Failed(
+                kBadInput,
+                WrongKind(m_job.f5.name, m_section,
+                          FindCulprit(m_old, throws, &m_knowledge.ExampleSchema(m_section, "f5")),
+                          m_knowledge.ExampleSchema(m_section, "f5")));
             return false;
         }
         if (answer != 1) {
