@@ -14,7 +14,6 @@
 #include <protofix/protofix.h>
 
 #include <algorithm>
-#include <cctype>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -33,13 +32,7 @@ namespace {
 // for is any other difference, a flag's kind included.
 bool SameValue(const Json::Value& a, const Json::Value& b) {
     if (a.isBool() || b.isBool()) return a.isBool() && b.isBool() && a.asBool() == b.asBool();
-    if (a.isNumeric() && b.isNumeric()) {
-        if (a.isIntegral() && b.isIntegral()) {
-            if (a.isInt64() && b.isInt64()) return a.asInt64() == b.asInt64();
-            return a.isUInt64() && b.isUInt64() && a.asUInt64() == b.asUInt64();
-        }
-        return a.asDouble() == b.asDouble();
-    }
+    if (a.isNumeric() && b.isNumeric()) return SameNumber(a, b);
     return a == b;
 }
 
@@ -486,12 +479,6 @@ void AddKeys(const std::vector<Leaf>& leaves, SectionFacts& facts) {
     }
 }
 
-std::string Lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
 bool Exists(const std::string& path) { return std::ifstream(path).good(); }
 
 bool ReadJsonFile(const std::string& path, std::string& text, Json::Value& value,
@@ -673,40 +660,40 @@ void F5Experiments(const Section& section, const std::string& f5, const Json::Va
 // text, whose outputs give the values that deserialize then tries.
 bool GatherFacts(const Section& section, const std::string& examplesDir, SectionFacts& facts,
                  Failure& failure) {
-    const std::string lower = Lower(section.name);
-    const std::string stem = examplesDir + "/" + lower;
+    const auto path = [&](const char* kind) {
+        return examplesDir + "/" + ExampleFile(section, kind);
+    };
     std::string text;
     Json::Value table;
-    if (!ReadJsonFile(stem + ".table.json", text, table, failure)) return false;
-    facts.sources.push_back(lower + ".table.json");
+    if (!ReadJsonFile(path("table"), text, table, failure)) return false;
+    facts.sources.push_back(ExampleFile(section, "table"));
     AddKeys(LeavesOf(table), facts);
     Alternatives alternatives;
 
     const Descriptor* descriptor = protofix::describe::FindDescriptor(section.record);
-    const bool record =
-        descriptor != nullptr && section.AcceptsRecord() && Exists(stem + ".record.json");
+    const bool record = descriptor != nullptr && section.AcceptsRecord() && Exists(path("record"));
     std::vector<Element> elements;
     Bases bases{Bytes(section.recordSize, 0), Bytes(section.recordSize, kPattern)};
     if (record) {
         CollectElements(*descriptor, 0, "", elements, facts.parts);
         Bytes example(section.recordSize, 0);
-        if (!ReadRecord(stem + ".record.json", *descriptor, example, failure)) return false;
-        if (Exists(stem + ".base.json") &&
-            (!ReadRecord(stem + ".base.json", *descriptor, bases.zero, failure) ||
-             !ReadRecord(stem + ".base.json", *descriptor, bases.patterned, failure))) {
+        if (!ReadRecord(path("record"), *descriptor, example, failure)) return false;
+        if (Exists(path("base")) &&
+            (!ReadRecord(path("base"), *descriptor, bases.zero, failure) ||
+             !ReadRecord(path("base"), *descriptor, bases.patterned, failure))) {
             return false;
         }
-        facts.sources.push_back(lower + ".record.json");
+        facts.sources.push_back(ExampleFile(section, "record"));
         facts.recordRun = true;
         PacketExperiments(section, elements, example, alternatives, facts);
     }
 
     Json::Value f5Table;
-    if (section.AcceptsText() && Exists(stem + ".f5.json")) {
+    if (section.AcceptsText() && Exists(path("f5"))) {
         Json::Value document;
-        if (!ReadJsonFile(stem + ".f5.json", text, document, failure)) return false;
+        if (!ReadJsonFile(path("f5"), text, document, failure)) return false;
         F5Experiments(section, text, document, alternatives, f5Table, facts);
-        if (facts.f5Run) facts.sources.push_back(lower + ".f5.json");
+        if (facts.f5Run) facts.sources.push_back(ExampleFile(section, "f5"));
     }
 
     if (record) {
@@ -892,7 +879,7 @@ struct SectionNotes {
 
 bool ReadNotes(const Section& section, const std::string& examplesDir, SectionNotes& notes,
                Failure& failure) {
-    const std::string lower = Lower(section.name);
+    const std::string lower = LowerCaseName(section);
     if (Exists(examplesDir + "/" + lower + ".notes")) {
         notes.notesFile = lower + ".notes";
         if (!ReadLines(examplesDir + "/" + notes.notesFile, notes.notes, failure)) return false;
@@ -1079,9 +1066,7 @@ Json::Value SectionJson(const Section& section, const SectionFacts& facts,
     entry["name"] = section.name;
     entry["routines"]["packet"] = std::string("Packet_") + section.suffix;
     entry["routines"]["parse"] = std::string("Parse_") + section.suffix;
-    entry["modes"] = Json::Value(Json::arrayValue);
-    if (section.AcceptsRecord()) entry["modes"].append("record");
-    if (section.AcceptsText()) entry["modes"].append("text");
+    entry["modes"] = ModesJson(section);
     if (section.HasRecord()) {
         entry["record"]["type"] = section.record;
         entry["record"]["size"] = static_cast<Json::UInt64>(section.recordSize);
@@ -1162,7 +1147,7 @@ bool WriteCatalog(const std::string& examplesDir, std::ostream& out, Failure& fa
            "what its code does beyond them.\n\n"
            "| Section | Modes | Record | Bytes |\n|---|---|---|---|\n";
     for (const Section* s = SectionsBegin(); s != SectionsEnd(); ++s) {
-        out << "| [" << s->name << "](#" << Lower(s->name) << ") | " << ModesText(*s) << " | "
+        out << "| [" << s->name << "](#" << LowerCaseName(*s) << ") | " << ModesText(*s) << " | "
             << (s->HasRecord() ? std::string("`") + s->record + "`" : std::string("-")) << " | "
             << (s->HasRecord() ? std::to_string(s->recordSize) : std::string("-")) << " |\n";
     }
