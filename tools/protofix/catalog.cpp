@@ -7,6 +7,7 @@
 #include "catalog.h"
 
 #include "diagnosis.h"
+#include "library.h"
 #include "losses.h"
 #include "section_table.h"
 
@@ -14,7 +15,6 @@
 #include <protofix/protofix.h>
 
 #include <algorithm>
-#include <climits>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -39,85 +39,61 @@ bool SameValue(const Json::Value& a, const Json::Value& b) {
 using protofix::describe::Descriptor;
 using protofix::describe::Field;
 using protofix::describe::Kind;
-using Bytes = std::vector<unsigned char>;
 
 // ---- the library, run as the tool runs it with no request options ------------------------------
 
 enum class Outcome { kConverted, kRefused, kRaised };
 
-PROTOCOL_FIX_INFO InfoFor(const Section& section, bool textMode) {
-    PROTOCOL_FIX_INFO info;
-    std::memset(&info, 0, sizeof info);
-    info.mode = textMode ? PROTOFIX_MODE_TEXT : PROTOFIX_MODE_RECORD;
-    info.name = section.name;
-    info.videoStandard = PROTOFIX_STANDARD_PAL;
-    return info;
+Converter ConverterOf(const Section& section, bool textMode) {
+    return Converter(section.name, textMode, Settings());
 }
 
-int Length(std::size_t n) {
-    return n > static_cast<std::size_t>(INT_MAX) ? INT_MAX : static_cast<int>(n);
-}
-
-// Serialize: the record (or the F5 text) to the table of the envelope the library answers.
-Outcome Packet(const Section& section, bool textMode, const Bytes& input, Json::Value& table) {
-    Bytes copy = input;
-    if (textMode) copy.push_back(0);
-    PROTOCOL_FIX_INFO info = InfoFor(section, textMode);
-    info.input = copy.data();
-    info.inputLength = Length(input.size());
-    // "VideoInOptions" takes its record from the output slot on this side too.
-    if (!textMode) info.output = info.input;
-    CReqConfigProtocolFix request;
-    request.SetRequestInfo(info);
+// The library's answer, a JSON exception of it (a value of the wrong kind) as kRaised.
+template <class Run>
+Outcome Guarded(Run&& run) {
     try {
-        int length = 0;
-        const char* envelope = request.Serialize(length);
-        if (envelope == nullptr) return Outcome::kRefused;
-        Json::Value root;
-        Json::Reader reader;
-        if (!reader.parse(envelope, envelope + length, root, false) || !root.isObject()) {
-            return Outcome::kRefused;
-        }
-        const Json::Value& result = root["result"];
-        if (!result.isBool() || !result.asBool()) return Outcome::kRefused;
-        table = root["params"]["table"];
+        return run() ? Outcome::kConverted : Outcome::kRefused;
     } catch (const Json::Exception&) {
         return Outcome::kRaised;
     }
-    return Outcome::kConverted;
 }
 
-// Deserialize: the table onto the bytes (a record, or a buffer holding the F5 text).
-Outcome Parse(const Section& section, bool textMode, const Json::Value& table, Bytes& bytes) {
+// The table of the envelope when its result is true.
+bool TableOf(const std::string& envelope, Json::Value& table) {
+    bool result = false;
+    Json::Value answered = EnvelopeTable(envelope, &result);
+    if (result) table = std::move(answered);
+    return result;
+}
+
+// Serialize: the record to the table of the envelope the library answers.
+Outcome Packet(const Section& section, const Bytes& record, Json::Value& table) {
+    return Guarded([&] { return TableOf(ConverterOf(section, false).Packet(record), table); });
+}
+
+// Serialize --f5: the same of the F5 text.
+Outcome PacketText(const Section& section, const std::string& f5, Json::Value& table) {
+    return Guarded([&] { return TableOf(ConverterOf(section, true).PacketText(f5), table); });
+}
+
+// Deserialize: the table onto the record.
+Outcome Parse(const Section& section, const Json::Value& table, Bytes& record) {
     const std::string text = Json::FastWriter().write(table);
-    PROTOCOL_FIX_INFO info = InfoFor(section, textMode);
-    info.output = bytes.data();
-    info.outputLength = Length(bytes.size());
-    CReqConfigProtocolFix request;
-    request.SetRequestInfo(info);
-    try {
-        return request.Deserialize(text.c_str(), Length(text.size())) == 1 ? Outcome::kConverted
-                                                                           : Outcome::kRefused;
-    } catch (const Json::Exception&) {
-        return Outcome::kRaised;
-    }
+    return Guarded([&] { return ConverterOf(section, false).Parse(text, record) == 1; });
 }
 
-Bytes TextBytes(const std::string& text) { return Bytes(text.begin(), text.end()); }
-
-// Deserialize in text mode: the table merged into the F5 text, read back as a document.
+// Deserialize --f5: the table merged into the F5 text, read back as a document. The buffer has
+// room for any merge of an example.
 Outcome Merge(const Section& section, const Json::Value& table, const std::string& f5,
               Json::Value& merged) {
-    Bytes buffer(8 * f5.size() + 4096, 0);
-    std::memcpy(buffer.data(), f5.data(), f5.size());
-    const Outcome outcome = Parse(section, true, table, buffer);
+    F5Buffer buffer(8 * f5.size() + 4096);
+    buffer.Load(f5);
+    const std::string text = Json::FastWriter().write(table);
+    const Outcome outcome =
+        Guarded([&] { return ConverterOf(section, true).Merge(text, buffer) == 1; });
     if (outcome != Outcome::kConverted) return outcome;
-    const auto* text = reinterpret_cast<const char*>(buffer.data());
     Json::Reader reader;
-    if (!reader.parse(text, text + strnlen(text, buffer.size()), merged, false)) {
-        return Outcome::kRefused;
-    }
-    return Outcome::kConverted;
+    return reader.parse(buffer.Text(), merged, false) ? Outcome::kConverted : Outcome::kRefused;
 }
 
 // ---- the values of a JSON text, one leaf at a time ---------------------------------------------
@@ -518,10 +494,10 @@ Outcome ParseExperiments(const Section& section, const std::vector<Element>& ele
                          const std::set<std::string>& skip, const Alternatives& alternatives,
                          SectionFacts& facts) {
     Bytes reference = bases.zero;
-    const Outcome outcome = Parse(section, false, table, reference);
+    const Outcome outcome = Parse(section, table, reference);
     if (outcome != Outcome::kConverted) return outcome;
     Bytes patternedReference = bases.patterned;
-    const bool patterned = Parse(section, false, table, patternedReference) == Outcome::kConverted;
+    const bool patterned = Parse(section, table, patternedReference) == Outcome::kConverted;
     std::set<std::string> varied;
     std::set<std::string> variedOnPattern;
     for (const Leaf& leaf : LeavesOf(table)) {
@@ -532,7 +508,7 @@ Outcome ParseExperiments(const Section& section, const std::vector<Element>& ele
         const auto onto = [&](const Bytes& base, const Bytes& before, bool withBits) {
             return [&, withBits](const Json::Value& changed) {
                 Bytes bytes = base;
-                if (Parse(section, false, changed, bytes) != Outcome::kConverted) return false;
+                if (Parse(section, changed, bytes) != Outcome::kConverted) return false;
                 converted = true;
                 const FieldBits fields = ChangedFields(elements, before, bytes);
                 for (const auto& [field, bits] : fields) kf.fills[field] |= withBits ? bits : 0;
@@ -554,12 +530,12 @@ Outcome ParseExperiments(const Section& section, const std::vector<Element>& ele
 void PacketExperiments(const Section& section, const std::vector<Element>& elements,
                        const Bytes& record, Alternatives& alternatives, SectionFacts& facts) {
     Json::Value written;
-    if (Packet(section, false, record, written) != Outcome::kConverted) return;
+    if (Packet(section, record, written) != Outcome::kConverted) return;
     const std::vector<Leaf> writtenLeaves = LeavesOf(written);
     for (const FieldElements& field : ByField(elements)) {
         for (const auto& [other, bits] : OtherRecords(record, field)) {
             Json::Value changed;
-            if (Packet(section, false, other, changed) != Outcome::kConverted) continue;
+            if (Packet(section, other, changed) != Outcome::kConverted) continue;
             for (const std::string& key : ChangedKeys(writtenLeaves, changed, alternatives)) {
                 facts.byKey[key].writtenFrom[field.field] |= bits;
             }
@@ -578,7 +554,7 @@ bool ReadF5Leaf(const Section& section, const Json::Value& document, const Leaf&
     return Vary(document, leaf, varied, f5Alternatives, [&](const Json::Value& changed) {
         Json::Value out;
         const std::string text = Json::FastWriter().write(changed);
-        if (Packet(section, true, TextBytes(text), out) != Outcome::kConverted) return false;
+        if (PacketText(section, text, out) != Outcome::kConverted) return false;
         const std::set<std::string> keys = ChangedKeys(tableLeaves, out, tableAlternatives);
         for (const std::string& key : keys) facts.byKey[key].f5Read.insert(leaf.key);
         return !keys.empty();
@@ -591,7 +567,7 @@ bool ReadF5Leaf(const Section& section, const Json::Value& document, const Leaf&
 // once more, as the merges wrote them. The table the F5 text gives is left in table.
 void F5Experiments(const Section& section, const std::string& f5, const Json::Value& document,
                    Alternatives& tableAlternatives, Json::Value& table, SectionFacts& facts) {
-    if (Packet(section, true, TextBytes(f5), table) != Outcome::kConverted) return;
+    if (PacketText(section, f5, table) != Outcome::kConverted) return;
     facts.f5Run = true;
     const std::vector<Leaf> tableLeaves = LeavesOf(table);
     AddKeys(tableLeaves, facts);
