@@ -806,11 +806,20 @@ std::string Cell(const std::string& text) {
 
 // ---- the notes of a section --------------------------------------------------------------------
 
-// A line of a .lost file: "field: why", or a comment ("# ...") about the lines after it.
+// A line of a .lost file: "field: why", or a comment ("# ...") about the lines after it; the
+// comment lines one after another (blank lines between them aside) are one comment.
 struct LostLine {
     std::string field;  // "" for a comment
     std::string text;
 };
+
+void AddLost(std::vector<LostLine>& lost, LostLine line) {
+    if (line.field.empty() && !lost.empty() && lost.back().field.empty()) {
+        lost.back().text += " " + line.text;
+    } else {
+        lost.push_back(std::move(line));
+    }
+}
 
 bool ReadLines(const std::string& path, std::vector<std::string>& lines, Failure& failure) {
     std::string text;
@@ -830,7 +839,7 @@ bool ReadLost(const std::string& path, std::vector<LostLine>& lost, Failure& fai
         if (line.empty()) continue;
         if (line[0] == '#') {
             const std::size_t start = line.find_first_not_of("# ");
-            lost.push_back({"", start == std::string::npos ? "" : line.substr(start)});
+            AddLost(lost, {"", start == std::string::npos ? "" : line.substr(start)});
             continue;
         }
         const std::size_t colon = line.find(':');
@@ -840,8 +849,8 @@ bool ReadLost(const std::string& path, std::vector<LostLine>& lost, Failure& fai
             return false;
         }
         const std::size_t start = line.find_first_not_of(' ', colon + 1);
-        lost.push_back(
-            {line.substr(0, colon), start == std::string::npos ? "" : line.substr(start)});
+        AddLost(lost,
+                {line.substr(0, colon), start == std::string::npos ? "" : line.substr(start)});
     }
     return true;
 }
@@ -965,11 +974,12 @@ void WriteNotes(const SectionNotes& notes, std::ostream& out) {
     }
     if (notes.lostFile.empty()) return;
     out << "\nWhat a round trip through the record loses (`examples/" << notes.lostFile << "`):\n";
+    // A comment is a paragraph; the lines after it, a list.
     bool inComment = false;
     bool inList = false;
     for (const LostLine& line : notes.lost) {
         if (line.field.empty()) {
-            out << (inComment ? " " : "\n") << line.text;
+            out << "\n" << line.text;
             inComment = true;
             inList = false;
             continue;
@@ -1082,14 +1092,7 @@ Json::Value SectionJson(const Section& section, const SectionFacts& facts,
     for (const std::string& line : notes.notes) text += line + "\n";
     entry["notes"] = text;
     entry["lost"] = Json::Value(Json::arrayValue);
-    // Consecutive comment lines are one comment.
-    bool inComment = false;
     for (const LostLine& line : notes.lost) {
-        if (line.field.empty() && inComment) {
-            Json::Value& comment = entry["lost"][entry["lost"].size() - 1]["comment"];
-            comment = comment.asString() + " " + line.text;
-            continue;
-        }
         Json::Value item;
         if (line.field.empty()) {
             item["comment"] = line.text;
@@ -1098,7 +1101,6 @@ Json::Value SectionJson(const Section& section, const SectionFacts& facts,
             item["why"] = line.text;
         }
         entry["lost"].append(item);
-        inComment = line.field.empty();
     }
     return entry;
 }
