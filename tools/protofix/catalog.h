@@ -1,4 +1,9 @@
-// The section catalog: in Markdown (docs/sections.md), and as JSON for a program to read.
+// The section catalog: in Markdown (docs/sections.md), and as JSON for a program to read. Every
+// section with its routines, modes and record, and what each key of its example table goes with in
+// the F5 text and in the record. Those are found by running the library on the examples, one value
+// changed at a time, and never written down by hand, so the catalog cannot drift from the code.
+// What a section's code does that no example shows is in examples/<section>.notes, and what its
+// round trip loses in examples/<section>.lost; both are printed as they stand.
 #ifndef PROTOFIX_TOOL_CATALOG_H
 #define PROTOFIX_TOOL_CATALOG_H
 

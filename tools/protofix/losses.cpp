@@ -24,14 +24,6 @@ bool PlainWord(const std::string& key) {
 bool Integral(const Json::Value& v) { return v.isInt64() || v.isUInt64(); }
 bool Number(const Json::Value& v) { return v.isNumeric() && !v.isBool(); }
 
-bool SameNumber(const Json::Value& a, const Json::Value& b) {
-    if (Integral(a) && Integral(b)) {
-        if (a.isInt64() && b.isInt64()) return a.asInt64() == b.asInt64();
-        return a.isUInt64() && b.isUInt64() && a.asUInt64() == b.asUInt64();
-    }
-    return a.asDouble() == b.asDouble();
-}
-
 // Two texts of a time section read as the device reads them, in the normal or the short form.
 bool SameTimeSection(const std::string& a, const std::string& b) {
     for (const auto parse :
@@ -250,6 +242,14 @@ std::vector<Loss> CompareTexts(const Json::Value& before, const Json::Value& aft
     Path path;
     walker.Walk(path, Shape(), before, &after);
     return losses;
+}
+
+bool SameNumber(const Json::Value& a, const Json::Value& b) {
+    if (Integral(a) && Integral(b)) {
+        if (a.isInt64() && b.isInt64()) return a.asInt64() == b.asInt64();
+        return a.isUInt64() && b.isUInt64() && a.asUInt64() == b.asUInt64();
+    }
+    return a.asDouble() == b.asDouble();
 }
 
 bool SameMeaning(const Json::Value& a, const Json::Value& b) {

@@ -54,6 +54,8 @@ std::vector<Loss> CompareTexts(const Json::Value& before, const Json::Value& aft
 
 // Equal as the device reads them.
 bool SameMeaning(const Json::Value& a, const Json::Value& b);
+// Two numbers equal by value, whatever their JSON integer kind.
+bool SameNumber(const Json::Value& a, const Json::Value& b);
 
 // The value as compact JSON on one line.
 std::string Compact(const Json::Value& value);

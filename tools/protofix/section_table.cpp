@@ -69,11 +69,15 @@ std::vector<std::string> F5MemberPath(const Section& section) {
     return {section.name};
 }
 
-std::string ExampleFile(const Section& section, const char* kind) {
+std::string LowerCaseName(const Section& section) {
     std::string lower = section.name;
     std::transform(lower.begin(), lower.end(), lower.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return lower + "." + kind + ".json";
+    return lower;
+}
+
+std::string ExampleFile(const Section& section, const char* kind) {
+    return LowerCaseName(section) + "." + kind + ".json";
 }
 
 std::string ModesText(const Section& section) {
@@ -81,6 +85,13 @@ std::string ModesText(const Section& section) {
     if (section.AcceptsRecord()) text = "record";
     if (section.AcceptsText()) text += text.empty() ? "text" : ",text";
     return text.empty() ? "none" : text;
+}
+
+Json::Value ModesJson(const Section& section) {
+    Json::Value modes(Json::arrayValue);
+    if (section.AcceptsRecord()) modes.append("record");
+    if (section.AcceptsText()) modes.append("text");
+    return modes;
 }
 
 void ListSections(std::ostream& out) {
@@ -112,10 +123,7 @@ void ListSectionsJson(std::ostream& out) {
     for (const Section& section : kSections) {
         Json::Value entry;
         entry["name"] = section.name;
-        Json::Value modes(Json::arrayValue);
-        if (section.AcceptsRecord()) modes.append("record");
-        if (section.AcceptsText()) modes.append("text");
-        entry["modes"] = modes;
+        entry["modes"] = ModesJson(section);
         entry["record"] = section.HasRecord() ? Json::Value(section.record) : Json::Value();
         entry["size"] = Json::Value(static_cast<Json::UInt64>(section.recordSize));
         entry["routines"] = Json::Value(Json::arrayValue);

@@ -6,6 +6,8 @@
 
 #include <protofix/info.h>
 
+#include <json/json.h>
+
 #include <cstddef>
 #include <ostream>
 #include <string>
@@ -40,12 +42,18 @@ std::vector<std::string> SectionNames();
 // ({"Alarm"}, {"Encode", "VideoColor"}); empty for a section without a text mode.
 std::vector<std::string> F5MemberPath(const Section& section);
 
+// The section's name in lower case ("network_dns"): the names of its example files begin with it,
+// and its heading in the catalog has it for anchor.
+std::string LowerCaseName(const Section& section);
+
 // The file name of the section's example of that kind ("table", "f5", "base", "record"):
 // "alarm.f5.json".
 std::string ExampleFile(const Section& section, const char* kind);
 
 // "record", "text" or "record,text".
 std::string ModesText(const Section& section);
+// The same as a JSON array: [], ["record"], ["text"] or ["record","text"].
+Json::Value ModesJson(const Section& section);
 
 // One line per section, in table order, under a heading: name, modes, record, size.
 void ListSections(std::ostream& out);
