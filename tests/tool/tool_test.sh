@@ -448,7 +448,9 @@ group_warnings() {
     check strict-no-warning        0 out '"port":554'                           "<" <(echo '{"Port":554}') deserialize RTSP --strict
     check byte-order-mark          0 out '"port":5'                             deserialize RTSP "$work/bom.json"
     check pretty                   0 out '^  "channel": 0,$'                   "<" <(echo '{"port":554}') serialize RTSP --pretty
-    check wrong-kind-brief         0 err 'EventHandler: 5 became \{"AlarmOutEnable":false,.{20,60}\.\.\. \([0-9]+ bytes\) in the record$' \
+    check wrong-kind-not-read      0 err '<stdin>: EventHandler: not read by section Alarm$' \
+                                                                                "<" <(echo '{"Enable":true,"EventHandler":5}') deserialize Alarm
+    check wrong-kind-nothing-read  1 only-err '<stdin>: section Alarm read nothing of the table$' \
                                                                                 "<" <(echo '{"EventHandler":5}') deserialize Alarm
     check roundtrip-nothing-lost   0 out '^nothing lost'                        roundtrip Alarm "$work/alarm-bare.json"
     check roundtrip-unknown-key    1 out '^Bogus: 1 -> \(absent\): not read by the section$' \

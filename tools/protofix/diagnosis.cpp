@@ -180,10 +180,14 @@ std::string DescribeInput(const Json::Value& input, const Section& wanted, Role 
     given.Add(input);
     const Section* best = nullptr;
     std::size_t bestShared = 0;
+    // A table the section read nothing of is another's only when that one shares more of its keys
+    // than the section's own example does (its values may just be of the wrong kind).
+    const std::size_t own =
+        role == Role::kTable ? knowledge.ExampleSchema(wanted, "table").Shared(given) : 0;
     for (const Section* s = SectionsBegin(); s != SectionsEnd(); ++s) {
-        // A table the section read nothing of is not its own, whatever keys it shares.
         if (role == Role::kTable && s == &wanted) continue;
         const std::size_t shared = knowledge.ExampleSchema(*s, "table").Shared(given);
+        if (shared <= own) continue;
         if (shared > bestShared) {
             best = s;
             bestShared = shared;

@@ -22,6 +22,7 @@ bool PlainWord(const std::string& key) {
 }
 
 bool Integral(const Json::Value& v) { return v.isInt64() || v.isUInt64(); }
+bool Container(const Json::Value& v) { return v.isObject() || v.isArray(); }
 bool Number(const Json::Value& v) { return v.isNumeric() && !v.isBool(); }
 
 // Two texts of a time section read as the device reads them, in the normal or the short form.
@@ -115,6 +116,10 @@ public:
             }
         } else if (before.isArray() && after->isArray()) {
             List(path, shape, before, *after);
+        } else if (Container(before) || Container(*after)) {
+            // A value where the section gives back another kind of thing (a number where it
+            // writes an object, a text for the whole table): nothing of it came back.
+            Absent(path, shape, before);
         } else if (!SameMeaning(before, *after)) {
             Add(Loss::kChanged, path, shape, before, *after);
         }
