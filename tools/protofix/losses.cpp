@@ -105,21 +105,23 @@ public:
     void Walk(Path& path, const Shape& shape, const Json::Value& before, const Json::Value* after) {
         // Nothing to lose in a null, an empty list or an empty object.
         if (before.isNull() || ((before.isArray() || before.isObject()) && before.empty())) return;
-        if (after == nullptr || after->isNull()) {
+        // Nothing came back of a value the section does not give back, or gives back as another
+        // kind of thing (a number where it writes an object, a text for the whole table).
+        const bool sameKind = after != nullptr && !after->isNull() &&
+                              ((before.isObject() && after->isObject()) ||
+                               (before.isArray() && after->isArray()) ||
+                               (!Container(before) && !Container(*after)));
+        if (!sameKind) {
             Absent(path, shape, before);
-        } else if (before.isObject() && after->isObject()) {
+        } else if (before.isObject()) {
             for (const std::string& name : before.getMemberNames()) {
                 path.emplace_back(name);
                 Walk(path, ShapeChild(shape, name), before[name],
                      after->find(name.data(), name.data() + name.size()));
                 path.pop_back();
             }
-        } else if (before.isArray() && after->isArray()) {
+        } else if (before.isArray()) {
             List(path, shape, before, *after);
-        } else if (Container(before) || Container(*after)) {
-            // A value where the section gives back another kind of thing (a number where it
-            // writes an object, a text for the whole table): nothing of it came back.
-            Absent(path, shape, before);
         } else if (!SameMeaning(before, *after)) {
             Add(Loss::kChanged, path, shape, before, *after);
         }
