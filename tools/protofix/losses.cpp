@@ -107,10 +107,10 @@ public:
         if (before.isNull() || ((before.isArray() || before.isObject()) && before.empty())) return;
         // Nothing came back of a value the section does not give back, or gives back as another
         // kind of thing (a number where it writes an object, a text for the whole table).
-        const bool sameKind = after != nullptr && !after->isNull() &&
-                              ((before.isObject() && after->isObject()) ||
-                               (before.isArray() && after->isArray()) ||
-                               (!Container(before) && !Container(*after)));
+        const bool sameKind =
+            after != nullptr && !after->isNull() &&
+            ((before.isObject() && after->isObject()) || (before.isArray() && after->isArray()) ||
+             (!Container(before) && !Container(*after)));
         if (!sameKind) {
             Absent(path, shape, before);
         } else if (before.isObject()) {
