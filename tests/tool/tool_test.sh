@@ -268,7 +268,7 @@ group_errors() {
     # A table of the wrong shape is a table with the keys missing: the section's own answer.
     check wrong-shape-table        1 err 'section RTSP refused the table'                         "<" <(echo '[1]') deserialize RTSP
     check wrong-shape-no-internals 1 err '^protofix: [^J]*$'                    "<" <(echo '[1]') deserialize RTSP
-    check wrong-shape-nested       0 out 'enable'                               "<" <(echo '{"EventHandler":5}') deserialize Alarm
+    check wrong-shape-nested       0 out '"enable":1'                           "<" <(echo '{"Enable":true,"EventHandler":5}') deserialize Alarm
     check view-unknown-field       2 err 'not a view of KZDEV_NETWORK_CFG: bogus' "<" <(echo '{"bogus":1}') serialize Network
     check view-text-too-long       2 err 'not a view of KZDEV_NETWORK_CFG: hostName' \
                                                                                 "<" <(echo '{"hostName":"a-host-name-of-17"}') serialize Network
