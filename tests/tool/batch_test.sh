@@ -23,20 +23,14 @@ tool=$1
 ex=$2
 command -v jq >/dev/null || { echo "$0: jq is needed (scripts/install-deps)" >&2; exit 2; }
 
-work=$(mktemp -d)
+# shellcheck source=tests/tool/support.sh
+source "$(dirname "$0")/support.sh"
 cleanup() {
     # The coprocesses of the pipe tests, if a check left one running.
     [[ -n ${pipe_pid:-} ]] && kill "$pipe_pid" 2>/dev/null
     rm -rf "$work"
 }
 trap cleanup EXIT
-failures=0
-cases=0
-
-fail() {
-    echo "FAIL [$1]: $2" >&2
-    failures=$((failures + 1))
-}
 
 # expect NAME CONDITION-STATUS MESSAGE: one case, failed when the status is not 0.
 expect() {

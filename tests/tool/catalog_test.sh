@@ -13,15 +13,8 @@ fi
 tool=$1
 ex=$2
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failures=0
-cases=0
-
-fail() {
-    echo "FAIL [$1]: $2" >&2
-    failures=$((failures + 1))
-}
+# shellcheck source=tests/tool/support.sh
+source "$(dirname "$0")/support.sh"
 
 # write NAME TEXT: a small input file in the work directory.
 write() { printf '%s\n' "$2" >"$work/$1"; }

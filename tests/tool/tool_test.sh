@@ -20,15 +20,8 @@ ex=$2
 sections_def=$3
 group=$4
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failures=0
-cases=0
-
-fail() {
-    echo "FAIL [$1]: $2" >&2
-    failures=$((failures + 1))
-}
+# shellcheck source=tests/tool/support.sh
+source "$(dirname "$0")/support.sh"
 
 # run [< INPUT] ARGS...: the tool's exit status in $status, its streams in $work/out, $work/err.
 run() {
