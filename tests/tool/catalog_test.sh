@@ -19,33 +19,24 @@ source "$(dirname "$0")/support.sh"
 # write NAME TEXT: a small input file in the work directory.
 write() { printf '%s\n' "$2" >"$work/$1"; }
 
-# output NAME FRAGMENT ARGS...: the tool converts, and its standard output holds the fragment.
-output() {
-    local name=$1 fragment=$2
-    shift 2
+# converted holds|lacks NAME FRAGMENT ARGS...: the tool converts, and its standard output holds
+# (or does not hold) the fragment.
+converted() {
+    local want=$1 name=$2 fragment=$3
+    shift 3
     cases=$((cases + 1))
     "$tool" "$@" >"$work/out" 2>"$work/err"
     local status=$?
+    local found=lacks
+    grep -qF -- "$fragment" "$work/out" && found=holds
     if [[ $status -ne 0 ]]; then
         fail "$name" "exit status $status: $(head -c 300 "$work/err")"
-    elif ! grep -qF -- "$fragment" "$work/out"; then
-        fail "$name" "no '$fragment' in: $(head -c 300 "$work/out")"
+    elif [[ $found != "$want" ]]; then
+        fail "$name" "the output $found '$fragment': $(head -c 300 "$work/out")"
     fi
 }
-
-# lacks NAME FRAGMENT ARGS...: the tool converts, and its standard output does not hold it.
-lacks() {
-    local name=$1 fragment=$2
-    shift 2
-    cases=$((cases + 1))
-    "$tool" "$@" >"$work/out" 2>"$work/err"
-    local status=$?
-    if [[ $status -ne 0 ]]; then
-        fail "$name" "exit status $status: $(head -c 300 "$work/err")"
-    elif grep -qF -- "$fragment" "$work/out"; then
-        fail "$name" "'$fragment' in: $(head -c 300 "$work/out")"
-    fi
-}
+output() { converted holds "$@"; }
+lacks() { converted lacks "$@"; }
 
 # record NAME SECTION VIEW ARGS...: deserialize ARGS gives the record that the named-field view
 # VIEW describes (fields it does not name are zero), compared through the tool's own view.
